@@ -1,0 +1,25 @@
+#pragma once
+// Reading a ".strings" string table: a property list (XML or binary) whose
+// root is a dictionary, or the classic text form `"key" = "value";` in UTF-8
+// or UTF-16 with a byte-order mark, with /* */ and // comments and backslash
+// escapes (\" \\ \n \t \r \U1234 \u1234 and octal).
+
+#include <optional>
+#include <string_view>
+
+#include "core/ADictionary.h"
+
+namespace com_qv_print_driver_core_cpp_util_v1 {
+
+class AStringsTable {
+ public:
+  // The table (string keys to string values); nothing when the data is
+  // neither form. Entries whose value is not a string are dropped.
+  static std::optional<ADictionary> Parse(std::string_view data);
+};
+
+}  // namespace com_qv_print_driver_core_cpp_util_v1
+
+namespace ppdforge {
+using com_qv_print_driver_core_cpp_util_v1::AStringsTable;
+}

@@ -1,0 +1,72 @@
+#pragma once
+// The catalogue of every error message the library makes, with its code.
+// Texts are fixed (misspellings included: tools and tests match them).
+// Placeholders are filled with AFormatter::FormatTrusted.
+
+namespace ppdforge::messages {
+
+struct Message {
+  long code;
+  const char* text;
+};
+
+// Façade and engine.
+inline constexpr Message kCannotCreateGeneratorObject{1, "Can't create PPD generator object."};
+inline constexpr Message kGeneratorObjectNotCreated{1, "PPD generator object is not created."};
+inline constexpr Message kPPDObjectsNotCreated{1, "PPD objects are not created."};
+inline constexpr Message kProductInfoNotAvailable{2, "Product info is not available."};
+inline constexpr Message kNoAttributesDescription{3, "Cannot create PPD attributes XML description"};
+inline constexpr Message kCannotCreatePageSizeGenerator{1, "Cannot create page size PPD generator"};
+inline constexpr Message kNoOptionsDescription{3, "Cannot create PPD options XML description"};
+// The resolver phase reports the constraints text too; deliberate.
+inline constexpr Message kNoResolversDescription{3, "Cannot create PPD constraints XML description"};
+inline constexpr Message kNoConstraintsDescription{3, "Cannot create PPD constraints XML description"};
+inline constexpr Message kUnknownGeneratorClass{1, "Cannot create PPD generator with class name: %@"};
+
+// Object generators.
+inline constexpr Message kCannotAddAttributeFromArray{1, "Cannot add attribute: %@ %@: %@"};
+inline constexpr Message kCannotAddAttribute{1, "Cannot add PPD attribute: *%@ %@/%@: \"%@\""};
+inline constexpr Message kCannotAddGroup{1, "Cannot add PPD group: %@"};
+inline constexpr Message kCannotAddOption{1, "Cannot add PPD option: %@: %@"};
+inline constexpr Message kCannotAddChoice{1, "Cannot add PPD choice %@ to option %@"};
+inline constexpr Message kCannotDetermineChoices{1, "Cannot determine description of PPD choices in option %@"};
+inline constexpr Message kCannotAddPageSize{1, "Cannot add PPD page size: %@: %@"};
+inline constexpr Message kCannotAddPageRegion{1, "Cannot add PPD page region: %@: %@"};
+inline constexpr Message kCannotAddPairConstraint{1, "Cannot add PPD constraint: *%@ %@ *%@ %@"};
+inline constexpr Message kCannotAddConstraint{1, "Cannot add PPD constraint."};
+inline constexpr Message kCannotAddResolver{1, "Can not add CUPS UI Resolver with name %s."};
+
+// Statement syntax (code 4).
+inline constexpr Message kMissingMainKeyword{4, "Missing  main keyword"};
+inline constexpr Message kMainKeywordTooLong{4, "Main keyword is longer then the maximum allowed (40 characters): %@"};
+inline constexpr Message kMainKeywordInvalid{4, "Main keyword contains invalid characters: %@"};
+inline constexpr Message kOptionKeywordTooLong{4, "Option keyword is longer then the maximum allowed (40 characters): %@"};
+inline constexpr Message kOptionKeywordInvalid{4, "Option keyword contains invalid characters: %@"};
+inline constexpr Message kTranslationTooLong{4, "Translation string is longer then the maximum allowed (80 characters): %@"};
+inline constexpr Message kTranslationInvalid{4, "Translation keyword contains invalid characters: %@"};
+inline constexpr Message kStringValueBadStart{4, "String value: %@ begins with invalid character: %@"};
+inline constexpr Message kValueInvalid{4, "Value contains invalid characters: %@"};
+inline constexpr Message kOptionKeywordAbsent{4, "Option keyword is absent for translation string: %@"};
+inline constexpr Message kValueEmptyForTranslation{4, "Value is empty for value translation string: %@"};
+inline constexpr Message kSymbolValueTranslation{4, "Symbol value: %@ cannot have translation string: %@"};
+inline constexpr Message kLineTooLong{4, "Line longer then the maximum allowed: 255 characters in statement: %@"};
+inline constexpr Message kCommentLineTooLong{4, "PPDGeneration error: Comment contains too long line:"};
+
+}  // namespace ppdforge::messages
+
+#include <vector>
+
+#include "core/AError.h"
+#include "core/AFormatter.h"
+
+namespace ppdforge::messages {
+
+// Stores the catalogue message `message`, filled with `arguments`, in *error
+// (when non-null) with its code and the library's domain. Returns false.
+inline bool Report(AError* error, const Message& message,
+                   const std::vector<AFormatter::Argument>& arguments = {}) {
+  if (error == nullptr) return false;
+  return SetError(error, message.code, AFormatter::FormatTrusted(message.text, arguments));
+}
+
+}  // namespace ppdforge::messages
