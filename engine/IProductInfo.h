@@ -33,6 +33,16 @@ class IProductInfo {
   virtual ARKMediaSizeRect CustomPageSizeMargins() const = 0;
   // Minimum height, minimum width, maximum height, maximum width; zeros when unknown.
   virtual ARKMediaSizeRect CustomPageSizeConstraints() const = 0;
+  // The colour profiles ("colorProfiles"): dictionaries with "name", "path"
+  // and optional "userName", "colorModel", "mediaType", "resolution",
+  // "default", in the product's order; nothing when the product has none.
+  virtual std::optional<AArray> ColorProfiles() const = 0;
+  // The product's identity and data ("product": names, version, components,
+  // presets, markers, IPP reasons ...), or nothing.
+  virtual std::optional<ADictionary> ProductData() const = 0;
+  // The exclusions of the custom page size ("customPageSizeExcludes": PPD
+  // option keyword to an array of its choice keywords), or nothing.
+  virtual std::optional<ADictionary> CustomPageSizeExcludes() const = 0;
 };
 
 }  // namespace ppdforge

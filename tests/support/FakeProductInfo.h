@@ -36,11 +36,19 @@ class FakeProductInfo : public IProductInfo {
   }
   ARKMediaSizeRect CustomPageSizeMargins() const override { return Rect("customPageSizeMargins"); }
   ARKMediaSizeRect CustomPageSizeConstraints() const override { return Rect("customPageSizeConstraints"); }
+  std::optional<AArray> ColorProfiles() const override { return Array("colorProfiles"); }
+  std::optional<ADictionary> ProductData() const override { return Dictionary("product"); }
+  std::optional<ADictionary> CustomPageSizeExcludes() const override { return Dictionary("customPageSizeExcludes"); }
 
  private:
   std::optional<AArray> Array(const char* key) const {
     AArray a;
     if (root_.GetArray(key, a)) return a;
+    return std::nullopt;
+  }
+  std::optional<ADictionary> Dictionary(const char* key) const {
+    ADictionary d;
+    if (root_.GetDictionary(key, d)) return d;
     return std::nullopt;
   }
   ARKMediaSizeRect Rect(const char* key) const {
