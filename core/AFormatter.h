@@ -7,8 +7,10 @@
 // with the length modifiers h hh l ll q z t j (integer), "%f" "%F" "%e" "%E"
 // "%g" "%G" "%a" "%A" with optional L (real; an integer argument is accepted
 // and converted), "%%". Flags, width and precision as in printf ("*" is not
-// accepted), and positional arguments "%1$@". "%s" is accepted only when the
-// caller allows C strings (the library's own messages); "%n" and "%p" never.
+// accepted; at most 4096), and positional arguments "%1$@" (not mixed with
+// sequential ones). "%s" is accepted only when the caller allows C strings
+// (the library's own messages); "%n" and "%p" never. Width and precision of
+// "%@" count UTF-16 units; "%c" takes a Unicode code point.
 
 #include <initializer_list>
 #include <variant>

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <iosfwd>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -45,7 +46,9 @@ class AQVString {
   std::size_t ByteLength() const { return text_.size(); }
   bool IsASCII() const;
 
-  // Searches; positions and results are UTF-16 units, npos when not found.
+  // Searches; positions and results are UTF-16 units, npos when not found
+  // (always for an empty `what`). A position inside a surrogate pair stands
+  // for the start of its character, here and in the cuts below.
   std::size_t Find(const AQVString& what, std::size_t from = 0) const;
   // Last occurrence that starts before `before` (npos: anywhere).
   std::size_t ReverseFind(const AQVString& what, std::size_t before = npos) const;
@@ -79,11 +82,13 @@ class AQVString {
   AQVString EscapeCharacters(const std::vector<AQVString>& characters) const;
   // Cuts the text into pieces of at most `bufferSize - 1` UTF-8 bytes each
   // (the buffer keeps a terminating byte), never inside a character. An
-  // empty text gives no pieces.
+  // empty text, or a buffer too small for one of its characters, gives no
+  // pieces.
   std::vector<AQVString> SplitByBufferSize(std::size_t bufferSize) const;
 
   // Foundation-like number readings: leading white space skipped, then an
-  // optional sign and digits; no number gives 0.
+  // optional sign and digits; no number gives 0. IntegerValue saturates at
+  // the limits of long long; DoubleValue reads a decimal fraction and exponent.
   long long IntegerValue() const;
   double DoubleValue() const;
   // True for a leading "Y", "y", "T", "t" or a digit 1-9 (after white space and sign/zeros).
@@ -111,6 +116,9 @@ class AQVString {
 // Whether `bytes` is well-formed UTF-8 (no surrogates, no overlong forms).
 bool IsValidUTF8(std::string_view bytes);
 
+// Writes the UTF-8 text (test failure messages and logs print it readably).
+std::ostream& operator<<(std::ostream& stream, const AQVString& text);
+
 }  // namespace com_qv_print_driver_core_cpp_util_v1
 
 template <>
@@ -122,4 +130,5 @@ struct std::hash<com_qv_print_driver_core_cpp_util_v1::AQVString> {
 
 namespace ppdforge {
 using com_qv_print_driver_core_cpp_util_v1::AQVString;
+using com_qv_print_driver_core_cpp_util_v1::IsValidUTF8;
 }

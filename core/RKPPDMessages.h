@@ -36,6 +36,13 @@ inline constexpr Message kCannotAddPairConstraint{1, "Cannot add PPD constraint:
 inline constexpr Message kCannotAddConstraint{1, "Cannot add PPD constraint."};
 inline constexpr Message kCannotAddResolver{1, "Can not add CUPS UI Resolver with name %s."};
 
+// Product-specific attribute and constraint generators.
+inline constexpr Message kInvalidProductData{1, "Invalid product description: %@ must be %@"};
+inline constexpr Message kCannotFormatAttributeValue{1, "Cannot format the value of PPD attribute *%@ with \"%@\": %@"};
+// A description's "choice-generic-code" that does not fit the values it is
+// filled with: choice, option, the format, and what does not fit.
+inline constexpr Message kCannotFormatChoiceCode{1, "Cannot make the code of PPD choice %@ in option %@: choice-generic-code \"%@\" does not fit: %@"};
+
 // Statement syntax (code 4).
 inline constexpr Message kMissingMainKeyword{4, "Missing  main keyword"};
 inline constexpr Message kMainKeywordTooLong{4, "Main keyword is longer then the maximum allowed (40 characters): %@"};
@@ -51,6 +58,26 @@ inline constexpr Message kValueEmptyForTranslation{4, "Value is empty for value 
 inline constexpr Message kSymbolValueTranslation{4, "Symbol value: %@ cannot have translation string: %@"};
 inline constexpr Message kLineTooLong{4, "Line longer then the maximum allowed: 255 characters in statement: %@"};
 inline constexpr Message kCommentLineTooLong{4, "PPDGeneration error: Comment contains too long line:"};
+
+
+// Product description files (code 5, same domain): the file is named first,
+// then the key path, keys joined by dots with array indices in brackets
+// (options.QVPaperInfo.values[2].PPDName).
+// File, then the reason: one of the three below, or the property-list
+// reader's own ("the data is not a property list" ...).
+inline constexpr Message kProductFileUnreadable{5, "%@: cannot read the product description: %@"};
+inline constexpr const char* kProductFileMissing = "no such file";
+inline constexpr const char* kProductFileIsDirectory = "it is a directory";
+inline constexpr const char* kProductFileNotReadable = "the file cannot be read";
+inline constexpr Message kProductRootNotDictionary{5, "%@: the root is %@, expected a dictionary"};
+// File, key path, the type found ("a string"), the type expected.
+inline constexpr Message kProductWrongType{5, "%@: %@ is %@, expected %@"};
+// File, key path of the dictionary, the missing key.
+inline constexpr Message kProductMissingKey{5, "%@: %@: missing \"%@\""};
+// File, key path, count found, count expected.
+inline constexpr Message kProductWrongCount{5, "%@: %@ has %d elements, expected %d"};
+// Not an error: an unknown root key (file, key) is reported as a warning.
+inline constexpr const char* kProductUnknownKeyWarning = "%@: unknown key \"%@\"";
 
 }  // namespace ppdforge::messages
 

@@ -52,7 +52,8 @@ class APPDStatement {
   // LF, CR, space, none is above `highest`, and no character of `invalid` occurs.
   static bool IsValidCharacters(const AQVString& text, unsigned lowest, unsigned highest,
                                 std::string_view invalid);
-  // The translation test of the main line: bytes 32..126 only, no ":".
+  // The translation test of the main line: the character test with bytes
+  // 32..126 (so TAB passes too), no LF, CR or ":".
   static bool IsPlainMainTranslation(const AQVString& text);
 
   // The angle-bracket escaping, exposed for tests and for objects that escape

@@ -8,7 +8,11 @@
 #include "model/IPPDObject.h"
 #include "model/PPDValueType.h"
 
+struct ppd_attr_s;
+
 namespace ppdforge {
+
+class APPDTextDecoder;
 
 class IPPD;
 class IPPDLocalizer;
@@ -44,6 +48,11 @@ class IPPDAttribute : public IPPDObject {
   // A new attribute (count 1, owned by the caller), or null.
   static IPPDAttribute* Create(const AQVString& name, const AQVString& spec, const AQVString& text,
                                const AQVString& value, PPDValueType type, const AQVString& comment);
+  // An attribute from a libcups record: its name, spec, text and value
+  // (decoded by `decoder`, as UTF-8 without one), the value type
+  // APPDAttribute::DefaultValueType(name), no comment. A null record gives
+  // empty strings and type 0. Count 1, owned by the caller; null on failure.
+  static IPPDAttribute* Create(const ppd_attr_s* record, APPDTextDecoder* decoder = nullptr);
 };
 
 }  // namespace ppdforge

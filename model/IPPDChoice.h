@@ -6,7 +6,11 @@
 
 #include "model/IPPDObject.h"
 
+struct ppd_choice_s;
+
 namespace ppdforge {
+
+class APPDTextDecoder;
 
 class IPPDOption;
 class IPPDLocalizer;
@@ -35,6 +39,10 @@ class IPPDChoice : public IPPDObject {
   // A new choice (count 1, owned by the caller), or null.
   static IPPDChoice* Create(const AQVString& id, const AQVString& name, const AQVString& code,
                             const AQVString& comment);
+  // A choice from a libcups record: ID its `choice`, name its `text`, code
+  // its `code` (empty when it has none), decoded as for attributes; all empty
+  // for a null record. Count 1, owned by the caller; null on failure.
+  static IPPDChoice* Create(const ppd_choice_s* record, APPDTextDecoder* decoder = nullptr);
 };
 
 }  // namespace ppdforge

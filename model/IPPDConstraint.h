@@ -6,7 +6,11 @@
 #include "core/AArray.h"
 #include "model/IPPDObject.h"
 
+struct ppd_const_s;
+
 namespace ppdforge {
+
+class APPDTextDecoder;
 
 class IPPD;
 
@@ -43,6 +47,10 @@ class IPPDConstraint : public IPPDObject {
   static IPPDConstraint* Create(const AArray& options, const AArray& choices,
                                 const AQVString& resolver, bool cupsUIConstraint, bool nonUI,
                                 const AQVString& comment);
+  // A pairwise constraint from a libcups record: options `option1` and
+  // `option2`, choices `choice1` and `choice2`, no resolver, both flags
+  // false. Count 1, owned by the caller; null on failure.
+  static IPPDConstraint* Create(const ppd_const_s* record, APPDTextDecoder* decoder = nullptr);
   // The many-option value "*OPT1 CHOICE1 *OPT2 ..." (a pair with an empty
   // choice gives the keyword alone); empty when the arrays differ in length.
   static AQVString MakeValueFromOptionsAndChoices(const AArray& options, const AArray& choices);

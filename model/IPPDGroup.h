@@ -7,7 +7,11 @@
 #include "model/IPPDObject.h"
 #include "model/IPPDOption.h"
 
+struct ppd_group_s;
+
 namespace ppdforge {
+
+class APPDTextDecoder;
 
 class IPPD;
 class IPPDLocalizer;
@@ -52,6 +56,11 @@ class IPPDGroup : public IPPDObject {
   static IPPDGroup* Create(const AQVString& id, const AQVString& name,
                            const std::vector<IPPDOption*>& options,
                            const std::vector<IPPDGroup*>& subGroups, const AQVString& comment);
+  // A group from a libcups record: ID its `name`, name its `text`, an option
+  // made from each option record and a sub-group from each sub-group record,
+  // in order. An empty group for a null record. Count 1, owned by the caller;
+  // null on failure.
+  static IPPDGroup* Create(const ppd_group_s* record, APPDTextDecoder* decoder = nullptr);
 };
 
 }  // namespace ppdforge

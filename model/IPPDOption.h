@@ -11,6 +11,8 @@
 
 namespace ppdforge {
 
+class APPDTextDecoder;
+
 class IPPDGroup;
 class IPPDLocalizer;
 
@@ -55,6 +57,11 @@ class IPPDOption : public IPPDObject {
   static IPPDOption* Create(const AQVString& id, const AQVString& name,
                             const AQVString& defaultChoice, ppd_ui_e uiType,
                             const std::vector<IPPDChoice*>& choices, const AQVString& comment);
+  // An option from a libcups record: ID its `keyword`, default its
+  // `defchoice`, name its `text`, UI type its `ui`, and a choice made from
+  // each of its choice records, in order. An empty option of UI type 0 for a
+  // null record. Count 1, owned by the caller; null on failure.
+  static IPPDOption* Create(const ppd_option_s* record, APPDTextDecoder* decoder = nullptr);
 };
 
 }  // namespace ppdforge

@@ -7,7 +7,11 @@
 #include "core/ARKMediaSizeRect.h"
 #include "model/IPPDObject.h"
 
+struct ppd_size_s;
+
 namespace ppdforge {
+
+class APPDTextDecoder;
 
 class IPPD;
 class IPPDLocalizer;
@@ -44,6 +48,11 @@ class IPPDPaperSize : public IPPDObject {
   static IPPDPaperSize* Create(const AQVString& id, const AQVString& name,
                                const ARKMediaSizeRect& paperRect,
                                const ARKMediaSizeRect& imageableRect, const AQVString& sizeType);
+  // A paper size from a libcups record: ID its name, no name, paper rectangle
+  // (0, 0, length, width), imageable rectangle (bottom, left, top, right),
+  // size type "ImageableArea". Empty strings and zero rectangles for a null
+  // record. Count 1, owned by the caller; null on failure.
+  static IPPDPaperSize* Create(const ppd_size_s* record, APPDTextDecoder* decoder = nullptr);
 };
 
 inline constexpr const char* kRKPPDImageableAreaSizeType = "ImageableArea";

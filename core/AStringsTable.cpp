@@ -1,0 +1,228 @@
+#include "core/AStringsTable.h"
+
+#include <string>
+
+#include "core/APropertyList.h"
+
+namespace com_qv_print_driver_core_cpp_util_v1 {
+
+namespace {
+
+void AppendCodePoint(char32_t c, std::string& out) {
+  if (c < 0x80) {
+    out += static_cast<char>(c);
+  } else if (c < 0x800) {
+    out += static_cast<char>(0xC0 | (c >> 6));
+    out += static_cast<char>(0x80 | (c & 0x3F));
+  } else if (c < 0x10000) {
+    out += static_cast<char>(0xE0 | (c >> 12));
+    out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+    out += static_cast<char>(0x80 | (c & 0x3F));
+  } else {
+    out += static_cast<char>(0xF0 | (c >> 18));
+    out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
+    out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+    out += static_cast<char>(0x80 | (c & 0x3F));
+  }
+}
+
+// The bytes as UTF-8 text: UTF-16 with a byte-order mark is converted, a
+// UTF-8 byte-order mark dropped; nothing for invalid text.
+std::optional<std::string> DecodeText(std::string_view data) {
+  const bool littleEndian = data.size() >= 2 && data[0] == '\xFF' && data[1] == '\xFE';
+  const bool bigEndian = data.size() >= 2 && data[0] == '\xFE' && data[1] == '\xFF';
+  if (littleEndian || bigEndian) {
+    data.remove_prefix(2);
+    if (data.size() % 2 != 0) return std::nullopt;
+    std::u16string units(data.size() / 2, u'\0');
+    for (std::size_t i = 0; i < units.size(); ++i) {
+      const auto first = static_cast<unsigned char>(data[2 * i]);
+      const auto second = static_cast<unsigned char>(data[2 * i + 1]);
+      units[i] = static_cast<char16_t>(littleEndian ? (second << 8) | first : (first << 8) | second);
+    }
+    std::optional<AQVString> text = AQVString::FromUTF16(units);
+    if (!text) return std::nullopt;
+    return text->UTF8();
+  }
+  if (data.size() >= 3 && data.substr(0, 3) == "\xEF\xBB\xBF") data.remove_prefix(3);
+  if (!IsValidUTF8(data)) return std::nullopt;
+  return std::string(data);
+}
+
+bool IsSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\v' || c == '\f'; }
+
+bool IsUnquotedCharacter(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == '$' ||
+         c == '/' || c == ':' || c == '.' || c == '-';
+}
+
+int HexDigit(char c) {
+  if (c >= '0' && c <= '9') return c - '0';
+  if (c >= 'a' && c <= 'f') return c - 'a' + 10;
+  if (c >= 'A' && c <= 'F') return c - 'A' + 10;
+  return -1;
+}
+
+// The classic text form, parsed all or nothing.
+class TextParser {
+ public:
+  explicit TextParser(const std::string& text) : text_(text) {}
+
+  std::optional<ADictionary> Parse() {
+    ADictionary table;
+    if (!SkipSpaceAndComments()) return std::nullopt;
+    const bool braced = i_ < text_.size() && text_[i_] == '{';
+    if (braced) ++i_;
+    while (true) {
+      if (!SkipSpaceAndComments()) return std::nullopt;
+      if (i_ >= text_.size()) {
+        if (braced) return std::nullopt;
+        return table;
+      }
+      if (braced && text_[i_] == '}') {
+        ++i_;
+        if (!SkipSpaceAndComments() || i_ < text_.size()) return std::nullopt;
+        return table;
+      }
+      std::string key;
+      if (!ReadString(key) || !SkipSpaceAndComments() || i_ >= text_.size()) return std::nullopt;
+      std::string value;
+      if (text_[i_] == ';') {
+        // `"key";` is short for a value equal to the key.
+        value = key;
+      } else {
+        if (text_[i_] != '=') return std::nullopt;
+        ++i_;
+        if (!SkipSpaceAndComments() || !ReadString(value) || !SkipSpaceAndComments()) return std::nullopt;
+        if (i_ >= text_.size() || text_[i_] != ';') return std::nullopt;
+      }
+      ++i_;
+      table.Set(AQVString(std::move(key)), AValue(AQVString(std::move(value))));
+    }
+  }
+
+ private:
+  bool SkipSpaceAndComments() {
+    while (i_ < text_.size()) {
+      if (IsSpace(text_[i_])) {
+        ++i_;
+      } else if (text_.compare(i_, 2, "/*") == 0) {
+        const std::size_t end = text_.find("*/", i_ + 2);
+        if (end == std::string::npos) return false;
+        i_ = end + 2;
+      } else if (text_.compare(i_, 2, "//") == 0) {
+        const std::size_t end = text_.find_first_of("\n\r", i_ + 2);
+        i_ = end == std::string::npos ? text_.size() : end + 1;
+      } else {
+        break;
+      }
+    }
+    return true;
+  }
+
+  bool ReadString(std::string& out) {
+    if (i_ >= text_.size()) return false;
+    if (text_[i_] != '"') {
+      const std::size_t start = i_;
+      while (i_ < text_.size() && IsUnquotedCharacter(text_[i_])) ++i_;
+      out.assign(text_, start, i_ - start);
+      return i_ > start;
+    }
+    ++i_;
+    while (i_ < text_.size()) {
+      const std::size_t special = text_.find_first_of("\"\\", i_);
+      if (special == std::string::npos) return false;
+      out.append(text_, i_, special - i_);
+      i_ = special + 1;
+      if (text_[special] == '"') return true;
+      if (!ReadEscape(out)) return false;
+    }
+    return false;
+  }
+
+  // After a backslash.
+  bool ReadEscape(std::string& out) {
+    if (i_ >= text_.size()) return false;
+    const char c = text_[i_++];
+    switch (c) {
+      case 'a': out += '\a'; return true;
+      case 'b': out += '\b'; return true;
+      case 'f': out += '\f'; return true;
+      case 'n': out += '\n'; return true;
+      case 'r': out += '\r'; return true;
+      case 't': out += '\t'; return true;
+      case 'v': out += '\v'; return true;
+      case 'U':
+      case 'u': {
+        char32_t unit = 0;
+        if (!ReadHexUnit(unit)) return false;
+        if (unit >= 0xDC00 && unit <= 0xDFFF) return false;
+        if (unit >= 0xD800 && unit <= 0xDBFF) {
+          char32_t low = 0;
+          if (text_.compare(i_, 2, "\\U") != 0 && text_.compare(i_, 2, "\\u") != 0) return false;
+          i_ += 2;
+          if (!ReadHexUnit(low) || low < 0xDC00 || low > 0xDFFF) return false;
+          unit = 0x10000 + ((unit - 0xD800) << 10) + (low - 0xDC00);
+        }
+        AppendCodePoint(unit, out);
+        return true;
+      }
+      default:
+        break;
+    }
+    if (c >= '0' && c <= '7') {
+      char32_t value = static_cast<char32_t>(c - '0');
+      for (int digits = 1; digits < 3 && i_ < text_.size() && text_[i_] >= '0' && text_[i_] <= '7'; ++digits) {
+        value = value * 8 + static_cast<char32_t>(text_[i_++] - '0');
+      }
+      AppendCodePoint(value, out);
+      return true;
+    }
+    // Any other escaped character (quote, backslash, a multi-byte
+    // character) stands for itself.
+    --i_;
+    const auto lead = static_cast<unsigned char>(text_[i_]);
+    const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    out.append(text_, i_, length);
+    i_ += length;
+    return true;
+  }
+
+  // One to four hexadecimal digits.
+  bool ReadHexUnit(char32_t& unit) {
+    int digits = 0;
+    unit = 0;
+    while (digits < 4 && i_ < text_.size() && HexDigit(text_[i_]) >= 0) {
+      unit = unit * 16 + static_cast<char32_t>(HexDigit(text_[i_++]));
+      ++digits;
+    }
+    return digits > 0;
+  }
+
+  const std::string& text_;
+  std::size_t i_ = 0;
+};
+
+std::optional<ADictionary> ParsePropertyList(std::string_view data) {
+  AValue root;
+  ADictionary dictionary;
+  if (!APropertyList::Parse(data, root) || !root.GetDictionary(dictionary)) return std::nullopt;
+  ADictionary table;
+  for (const auto& [key, value] : dictionary) {
+    if (value.IsString()) table.Set(key, value);
+  }
+  return table;
+}
+
+}  // namespace
+
+std::optional<ADictionary> AStringsTable::Parse(std::string_view data) {
+  if (data.substr(0, 8) == "bplist00") return ParsePropertyList(data);
+  const std::optional<std::string> text = DecodeText(data);
+  if (!text) return std::nullopt;
+  const std::size_t first = text->find_first_not_of(" \t\n\r\v\f");
+  if (first != std::string::npos && (*text)[first] == '<') return ParsePropertyList(*text);
+  return TextParser(*text).Parse();
+}
+
+}  // namespace com_qv_print_driver_core_cpp_util_v1

@@ -1,0 +1,201 @@
+#include "generators/APPDGenericConstraintsGenerator.h"
+
+#include <vector>
+
+#include "core/AFormatter.h"
+#include "core/RKPPDMessages.h"
+#include "engine/IPPDGenerator.h"
+#include "model/IPPD.h"
+#include "model/IPPDConstraint.h"
+#include "model/RKPPDConstants.h"
+
+namespace ppdforge {
+
+PPDFORGE_REGISTER_GENERATOR(APPDGenericConstraintsGenerator);
+
+namespace {
+
+AQVString NumberedKey(const char* format, long long number) {
+  return AFormatter::FormatTrusted(format, {number});
+}
+
+IPPD* Document(const IPPDGenerator* engine) {
+  return engine != nullptr ? engine->GetPPD() : nullptr;
+}
+
+// Whether `constraint` names exactly the given options, in any order, each
+// with the given choice.
+bool MatchesOptionsAndChoices(const IPPDConstraint& constraint, const AArray& options,
+                              const AArray& choices) {
+  const AArray& held = constraint.GetOptions();
+  if (held.Count() != options.Count()) return false;
+  for (std::size_t i = 0; i < options.Count(); ++i) {
+    const AQVString option = options.GetStringAt(i);
+    std::size_t position = 0;
+    while (position < held.Count() && held.GetStringAt(position) != option) ++position;
+    if (position == held.Count()) return false;
+    if (constraint.GetChoiceAtIndex(position) != choices.GetStringAt(i)) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+bool APPDGenericConstraintsGenerator::Generate(AError* error) {
+  AArray options;
+  AArray choices;
+  GetOptionsAndChoices(options, choices);
+  if (!AddConstraint(options, choices, GetResolverName(), IsCUPSUIConstraint(), IsConstraintNonUI(),
+                     GetConstraintComment())) {
+    return messages::Report(error, messages::kCannotAddConstraint);
+  }
+  return true;
+}
+
+bool APPDGenericConstraintsGenerator::IsApplicable() const {
+  const IPPD* ppd = Document(GetPPDGenerator());
+  if (ppd == nullptr) return false;
+
+  if (IsCUPSUIConstraint()) {
+    AArray options;
+    AArray choices;
+    GetOptionsAndChoices(options, choices);
+    if (!IsOptionsAndChoicesApplicable(options, choices)) return false;
+    const AQVString resolver = GetResolverName();
+    if (!resolver.IsEmpty()) {
+      std::vector<IPPDAttribute*> resolvers;
+      ppd->GetAttributesWithNameAndSpec(kRKPPDCUPSUIResolverKeyword, &resolver, resolvers);
+      if (resolvers.size() != 1) return false;
+    }
+    return true;
+  }
+
+  const IPPDOption* first = ppd->GetOptionWithID(GetFirstOptionID());
+  if (first == nullptr) return false;
+  const bool nonUI = IsConstraintNonUI();
+  const IPPDOption* second = nullptr;
+  if (nonUI) {
+    // The other side of a NonUIConstraints line is a printer-description keyword.
+    std::vector<IPPDAttribute*> attributes;
+    ppd->GetAttributesWithNameAndSpec(GetSecondOptionID(), nullptr, attributes);
+    if (attributes.empty()) return false;
+  } else {
+    second = ppd->GetOptionWithID(GetSecondOptionID());
+    if (second == nullptr) return false;
+  }
+  const AQVString firstChoice = GetFirstChoiceID();
+  if (!firstChoice.IsEmpty() && first->GetChoiceWithID(firstChoice) == nullptr) return false;
+  const AQVString secondChoice = GetSecondChoiceID();
+  if (!nonUI && !secondChoice.IsEmpty() && second->GetChoiceWithID(secondChoice) == nullptr) {
+    return false;
+  }
+  return true;
+}
+
+AQVString APPDGenericConstraintsGenerator::GetFirstOptionID() const {
+  return GetParams().GetString(NumberedKey(kRKPPDGenerationOptionIDKeyFormat, 1));
+}
+
+AQVString APPDGenericConstraintsGenerator::GetSecondOptionID() const {
+  return GetParams().GetString(NumberedKey(kRKPPDGenerationOptionIDKeyFormat, 2));
+}
+
+AQVString APPDGenericConstraintsGenerator::GetFirstChoiceID() const {
+  return GetParams().GetString(NumberedKey(kRKPPDGenerationChoiceIDKeyFormat, 1));
+}
+
+AQVString APPDGenericConstraintsGenerator::GetSecondChoiceID() const {
+  return GetParams().GetString(NumberedKey(kRKPPDGenerationChoiceIDKeyFormat, 2));
+}
+
+bool APPDGenericConstraintsGenerator::IsConstraintNonUI() const {
+  const AValue* value = GetParams().Get(kRKPPDGenerationNonUIKey);
+  if (value == nullptr) return false;
+  // Only a true boolean counts, not a number.
+  if (value->IsBoolean()) return value->BoolValue();
+  const AQVString* text = value->AsString();
+  return text != nullptr && *text == "true";
+}
+
+AQVString APPDGenericConstraintsGenerator::GetConstraintComment() const {
+  return GetParams().GetString(kRKPPDGenerationCommentKey);
+}
+
+bool APPDGenericConstraintsGenerator::IsCUPSUIConstraint() const {
+  const AValue* value = GetParams().Get(kRKPPDGenerationCUPSUIConstraintKey);
+  if (value == nullptr) return false;
+  if (value->IsBoolean() || value->IsNumber()) return value->BoolValue();
+  const AQVString* text = value->AsString();
+  return text != nullptr && *text == "true";
+}
+
+void APPDGenericConstraintsGenerator::GetOptionsAndChoices(AArray& options, AArray& choices) const {
+  options.Clear();
+  choices.Clear();
+  const ADictionary& params = GetParams();
+  for (long long n = 1;; ++n) {
+    const AQVString optionKey = NumberedKey(kRKPPDGenerationOptionIDKeyFormat, n);
+    if (!params.Contains(optionKey)) break;
+    options.Append(params.GetString(optionKey));
+    choices.Append(params.GetString(NumberedKey(kRKPPDGenerationChoiceIDKeyFormat, n)));
+  }
+}
+
+AQVString APPDGenericConstraintsGenerator::GetResolverName() const {
+  return GetParams().GetString(kRKPPDGenerationResolverKey);
+}
+
+bool APPDGenericConstraintsGenerator::IsOptionsAndChoicesApplicable(const AArray& options,
+                                                                    const AArray& choices) const {
+  const IPPD* ppd = Document(GetPPDGenerator());
+  for (std::size_t i = 0; i < options.Count(); ++i) {
+    const IPPDOption* option = ppd != nullptr ? ppd->GetOptionWithID(options.GetStringAt(i)) : nullptr;
+    if (option == nullptr) return false;
+    const AQVString choice = choices.GetStringAt(i);
+    if (!choice.IsEmpty() && option->GetChoiceWithID(choice) == nullptr) return false;
+  }
+  return true;
+}
+
+bool APPDGenericConstraintsGenerator::AddConstraint(const AQVString& option1,
+                                                    const AQVString& option2,
+                                                    const AQVString& choice1,
+                                                    const AQVString& choice2, bool nonUI,
+                                                    const AQVString& comment) {
+  return AddConstraint(AArray{option1, option2}, AArray{choice1, choice2}, GetResolverName(),
+                       IsCUPSUIConstraint(), nonUI, comment);
+}
+
+bool APPDGenericConstraintsGenerator::AddConstraint(const AArray& options, const AArray& choices,
+                                                    const AQVString& resolver,
+                                                    bool cupsUIConstraint, bool nonUI,
+                                                    const AQVString& comment) {
+  IPPD* ppd = Document(GetPPDGenerator());
+  if (ppd == nullptr) return false;
+  AScopedRef<IPPDConstraint> constraint(
+      IPPDConstraint::Create(options, choices, resolver, cupsUIConstraint, nonUI, comment));
+  if (!constraint) return false;
+  RemoveConstraintsForOptionsAndChoices(options, choices);
+  return ppd->AddConstraint(constraint.get(), false) != nullptr;
+}
+
+void APPDGenericConstraintsGenerator::RemoveConstraintsForOptionsAndChoices(const AArray& options,
+                                                                           const AArray& choices) {
+  IPPD* ppd = Document(GetPPDGenerator());
+  if (ppd == nullptr) return;
+  // Collected first: removing while walking the document's list would skip entries.
+  std::vector<IPPDConstraint*> matches;
+  for (IPPDConstraint* constraint : ppd->GetConstraints()) {
+    if (constraint != nullptr && MatchesOptionsAndChoices(*constraint, options, choices)) {
+      matches.push_back(constraint);
+    }
+  }
+  for (IPPDConstraint* constraint : matches) ppd->RemoveConstraint(constraint);
+}
+
+AQVString APPDGenericConstraintsGenerator::MakeValueFromOptionsAndChoices(
+    const AArray& options, const AArray& choices) const {
+  return IPPDConstraint::MakeValueFromOptionsAndChoices(options, choices);
+}
+
+}  // namespace ppdforge

@@ -1,0 +1,11 @@
+#include "generators/APPDPaperSrcOnCustomSizeConstraintsGenerator.h"
+
+namespace ppdforge {
+
+PPDFORGE_REGISTER_GENERATOR(APPDPaperSrcOnCustomSizeConstraintsGenerator);
+
+APPDPaperSrcOnCustomSizeConstraintsGenerator::APPDPaperSrcOnCustomSizeConstraintsGenerator()
+    : APPDPairedConstraintsGenerator(
+          {FirstSide::kCustomPageSize, "", "CustomPageSize", "InputSlot"}) {}
+
+}  // namespace ppdforge

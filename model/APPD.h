@@ -1,0 +1,141 @@
+#pragma once
+// The one implementation of IPPD: the document that owns the attributes, UI
+// groups, paper sizes and constraints and writes the whole PPD file.
+
+#include <map>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "model/APPDCommentable.h"
+#include "model/IPPD.h"
+
+namespace ppdforge {
+
+class APPD : public IPPD, public APPDCommentable {
+ public:
+  APPD();
+  // A deep copy: every attribute, group, paper size and constraint is cloned
+  // (in order, names keeping their places) and held by the copy; the
+  // localizer is shared. Throws std::bad_alloc (caught by CreateSharedObject)
+  // when an element cannot be copied.
+  APPD(const APPD& other);
+  APPD& operator=(const APPD&) = delete;
+  // Detaches and releases every element and releases the localizer.
+  ~APPD() override;
+
+  // One reference count for all bases (supplied by ASharedObject).
+  using IPPD::Retain;
+  using IPPD::Release;
+
+  // A copy with the count 1 (owned by the caller), or null.
+  APPD* Clone() const override;
+  // This object with one more reference (the caller releases it).
+  APPDCommentable* QueryPPDCommentable() const override;
+  // Always null: the document has no translations of its own.
+  APPDLocalizable* QueryPPDLocalizable() const override { return nullptr; }
+  // The whole PPD: attributes in order of first arrival (without
+  // "cupsIPPReason"), a blank line, the groups with the paper-size blocks
+  // right after the group "General", the constraints, the IPP reasons and a
+  // blank line. Leaves every paper size with the size type "PaperDimension".
+  // On the first element that fails: the text so far, *error set.
+  AQVString GetStringRepresentation(AError* error) const override;
+
+  IPPDAttribute* AddAttribute(IPPDAttribute* attribute, bool copy) override;
+  IPPDAttribute* AddAttribute(const AQVString& name, const AQVString& value, const AQVString& spec,
+                              const AQVString& translation, PPDValueType type,
+                              const AQVString& comment) override;
+  void GetAttributesWithNameAndSpec(const AQVString& name, const AQVString* spec,
+                                    std::vector<IPPDAttribute*>& out) const override;
+  AQVString GetAttributeValueWithNameAndSpec(const AQVString& name,
+                                             const AQVString* spec) const override;
+  void RemoveAttributesWithNameAndSpec(const AQVString& name, const AQVString* spec) override;
+
+  const std::vector<IPPDConstraint*>& GetConstraints() const override { return constraints_; }
+  IPPDConstraint* AddConstraint(IPPDConstraint* constraint, bool copy) override;
+  // By identity, else the first equal constraint; detached and released.
+  void RemoveConstraint(IPPDConstraint* constraint) override;
+  void RemoveConstraintsForOption(const AQVString& option) override;
+  void GetConstraintsWithOptionAndChoice(const AQVString& option, const AQVString& choice,
+                                         std::vector<IPPDConstraint*>& out) const override;
+
+  const std::vector<IPPDPaperSize*>& GetPaperSizes() const override { return paperSizes_; }
+  IPPDPaperSize* AddPaperSize(IPPDPaperSize* paperSize, bool copy) override;
+  // By identity, else the first equal paper size; detached and released.
+  void RemovePaperSize(IPPDPaperSize* paperSize) override;
+  void RemovePaperSizeWithID(const AQVString& id) override;
+  IPPDPaperSize* GetPaperSizeWithID(const AQVString& id) const override;
+
+  const std::vector<IPPDGroup*>& GetGroups() const override { return groups_; }
+  IPPDGroup* AddGroup(IPPDGroup* group, bool copy) override;
+  // By identity, else the first equal group; its document becomes null and it is released.
+  void RemoveGroup(IPPDGroup* group) override;
+  void RemoveGroupWithID(const AQVString& id) override;
+  IPPDGroup* GetGroupWithID(const AQVString& id) const override;
+  IPPDOption* GetOptionWithID(const AQVString& id) const override;
+
+  IPPDLocalizer* GetLocalizer() const override { return localizer_; }
+  void SetLocalizer(IPPDLocalizer* localizer) override;
+  AQVString GetMainLanguage() const override;
+  // The "cupsLanguages" value split at spaces, empty pieces skipped.
+  void GetAdditionalLanguages(std::vector<AQVString>& out) const override;
+
+  // Equal when both are APPD documents with: the same attribute names (those
+  // that hold attributes) in the same order, and for each name equal
+  // attributes in the same order; and, compared as sets (same count, each
+  // element having an equal one in the other), equal groups, paper sizes and
+  // constraints. The comment and the localizer are not compared. A document
+  // of another implementation is never equal.
+  bool operator==(const IPPD& other) const override;
+  bool operator!=(const IPPD& other) const override { return !(*this == other); }
+
+  // Called by a held paper size whose ID changed and by a held constraint
+  // that changed: the lookup index is rebuilt on its next use.
+  void InvalidatePaperSizeIndex() { paperSizeIndexValid_ = false; }
+  void InvalidateConstraintIndex() { constraintIndexValid_ = false; }
+
+ private:
+  struct Languages {
+    AQVString main;
+    std::vector<AQVString> additional;
+  };
+
+  // The languages as the attributes say, ignoring the render cache.
+  Languages ReadLanguages() const;
+  // Appends the ImageableArea and PaperDimension blocks; false on an error.
+  bool WritePaperSizeBlocks(AQVString& result, AError* error) const;
+  // Appends the text of each attribute of `name` with an LF; false on an error.
+  bool WriteAttributes(const AQVString& name, AQVString& result, AError* error) const;
+
+  void StoreAttribute(IPPDAttribute* attribute);
+  void StorePaperSize(IPPDPaperSize* paperSize);
+  void StoreConstraint(IPPDConstraint* constraint);
+  void StoreGroup(IPPDGroup* group);
+  void ErasePaperSizeAt(std::size_t index);
+  void EraseGroupAt(std::size_t index);
+  void EraseConstraintAt(std::size_t index);
+  // The first held constraint equal to `constraint`, or null.
+  IPPDConstraint* FindEqualConstraint(const IPPDConstraint& constraint) const;
+  void ReleaseAll();
+
+  std::map<AQVString, std::vector<IPPDAttribute*>> attributes_;
+  // Names in order of first arrival; a name stays when its attributes are removed.
+  std::vector<AQVString> attributeOrder_;
+  std::unordered_set<AQVString> orderedNames_;
+  std::vector<IPPDConstraint*> constraints_;
+  std::vector<IPPDPaperSize*> paperSizes_;
+  std::vector<IPPDGroup*> groups_;
+  IPPDLocalizer* localizer_ = nullptr;
+
+  // ID to the first paper size with that ID.
+  mutable std::unordered_map<AQVString, IPPDPaperSize*> paperSizeIndex_;
+  mutable bool paperSizeIndexValid_ = true;
+  // Content hash to the constraints with that hash, in document order.
+  mutable std::unordered_map<std::size_t, std::vector<IPPDConstraint*>> constraintIndex_;
+  mutable bool constraintIndexValid_ = true;
+  // Set only while GetStringRepresentation runs, so that every element asks
+  // for the languages without the attributes being read again.
+  mutable const Languages* renderLanguages_ = nullptr;
+};
+
+}  // namespace ppdforge

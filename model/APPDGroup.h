@@ -1,0 +1,82 @@
+#pragma once
+// The one implementation of IPPDGroup: OpenGroup (or OpenSubGroup) with its
+// translation lines, a blank line, the sub-groups, the options and the close
+// line. The group "General" writes its options bare.
+
+#include <vector>
+
+#include "model/APPDCommentable.h"
+#include "model/APPDLocalizable.h"
+#include "model/IPPDGroup.h"
+
+namespace ppdforge {
+
+class APPDGroup : public IPPDGroup, public APPDCommentable, public APPDLocalizable {
+ public:
+  APPDGroup(const AQVString& id, const AQVString& name, const AQVString& comment);
+  // Copies comment, ID, name and a copy of every option and sub-group; the
+  // copy is no sub-group, has no document and no explicit translations.
+  // Throws std::bad_alloc (caught by CreateSharedObject) when an element
+  // cannot be copied.
+  APPDGroup(const APPDGroup& other);
+  APPDGroup& operator=(const APPDGroup&) = delete;
+  // Detaches and releases every option and sub-group.
+  ~APPDGroup() override;
+
+  // One reference count for all bases (supplied by ASharedObject).
+  using IPPDGroup::Retain;
+  using IPPDGroup::Release;
+
+  // A copy with the count 1 (owned by the caller), or null.
+  APPDGroup* Clone() const override;
+  // This object with one more reference (the caller releases it).
+  APPDCommentable* QueryPPDCommentable() const override;
+  APPDLocalizable* QueryPPDLocalizable() const override;
+  // Empty for a group without options and sub-groups. Otherwise the comment,
+  // the heading (unless the ID is "General"), the sub-groups, the options and
+  // the close line, each line ended by LF. On a statement error: the text
+  // made so far (empty when the comment or a group line failed), *error set.
+  AQVString GetStringRepresentation(AError* error) const override;
+
+  AQVString GetID() const override { return id_; }
+  void SetID(const AQVString& id) override { id_ = id; }
+  AQVString GetName() const override { return name_; }
+  void SetName(const AQVString& name) override { name_ = name; }
+  const std::vector<IPPDOption*>& GetOptions() const override { return options_; }
+  IPPDOption* AddOption(IPPDOption* option, bool copy) override;
+  // By identity, else the first equal option; detaches and releases it.
+  void RemoveOption(IPPDOption* option) override;
+  void RemoveOptionWithID(const AQVString& id) override;
+  // The first own option with exactly this ID (borrowed); sub-groups are not searched.
+  IPPDOption* GetOptionWithID(const AQVString& id) const override;
+  const std::vector<IPPDGroup*>& GetSubGroups() const override { return subGroups_; }
+  IPPDGroup* AddSubGroup(IPPDGroup* group, bool copy) override;
+  // By identity, else the first equal sub-group; its document becomes null.
+  void RemoveSubGroup(IPPDGroup* group) override;
+  void RemoveSubGroupWithID(const AQVString& id) override;
+  IPPDGroup* GetSubGroupWithID(const AQVString& id) const override;
+  bool IsSubGroup() const override { return isSubGroup_; }
+  void SetSubGroup(bool isSubGroup) override { isSubGroup_ = isSubGroup; }
+  IPPD* GetPPD() const override { return ppd_; }
+  void SetPPD(IPPD* ppd) override;
+  bool operator==(const IPPDGroup& other) const override;
+  bool operator!=(const IPPDGroup& other) const override { return !(*this == other); }
+  void GetLocalizationKeys(std::vector<AQVString>& keys) const override;
+  // The document's localizer (borrowed), or null without a document.
+  IPPDLocalizer* GetLocalizer() const override;
+  void ClearOptions() override;
+  void ClearSubgroups() override;
+
+ private:
+  void EraseOptionAt(std::size_t index);
+  void EraseSubGroupAt(std::size_t index);
+
+  AQVString id_;
+  AQVString name_;
+  std::vector<IPPDOption*> options_;
+  std::vector<IPPDGroup*> subGroups_;
+  bool isSubGroup_ = false;
+  IPPD* ppd_ = nullptr;
+};
+
+}  // namespace ppdforge

@@ -1,0 +1,286 @@
+#include "model/APPDOption.h"
+
+#include <algorithm>
+#include <new>
+
+#include "core/ASharedObject.h"
+#include "model/APPDStatement.h"
+#include "model/IPPD.h"
+#include "model/IPPDGroup.h"
+#include "model/IPPDLocalizer.h"
+#include "model/RKPPDConstants.h"
+
+namespace ppdforge {
+
+namespace {
+
+const char* UITypeName(ppd_ui_e type) {
+  switch (type) {
+    case PPD_UI_BOOLEAN: return "Boolean";
+    case PPD_UI_PICKONE: return "PickOne";
+    case PPD_UI_PICKMANY: return "PickMany";
+  }
+  return "";
+}
+
+// Stores the first error of a failed statement for the caller.
+bool Failed(const AError& local, AError* error) {
+  if (local.code == 0) return false;
+  if (error != nullptr) *error = local;
+  return true;
+}
+
+}  // namespace
+
+APPDOption::APPDOption(const AQVString& id, const AQVString& name, const AQVString& defaultChoice,
+                       ppd_ui_e uiType, const AQVString& comment)
+    : APPDCommentable(comment), id_(id), name_(name), defaultChoice_(defaultChoice),
+      uiType_(uiType) {}
+
+APPDOption::APPDOption(const APPDOption& other)
+    : IPPDOption(), APPDCommentable(other), APPDLocalizable(), id_(other.id_),
+      name_(other.name_), defaultChoice_(other.defaultChoice_), uiType_(other.uiType_) {
+  for (IPPDChoice* choice : other.choices_) {
+    if (APPDOption::AddChoice(choice, true) == nullptr) {
+      // The destructor does not run for a throwing constructor.
+      ReleaseChoices();
+      throw std::bad_alloc();
+    }
+  }
+}
+
+APPDOption::~APPDOption() { ReleaseChoices(); }
+
+APPDOption* APPDOption::Clone() const { return CreateSharedObject<APPDOption>(*this); }
+
+APPDCommentable* APPDOption::QueryPPDCommentable() const {
+  auto* self = const_cast<APPDOption*>(this);
+  static_cast<IPPDObject*>(self)->Retain();
+  return self;
+}
+
+APPDLocalizable* APPDOption::QueryPPDLocalizable() const {
+  auto* self = const_cast<APPDOption*>(this);
+  static_cast<IPPDObject*>(self)->Retain();
+  return self;
+}
+
+AQVString APPDOption::GetDefaultChoice() const {
+  if (defaultChoice_.IsEmpty() && !choices_.empty()) return choices_.front()->GetID();
+  return defaultChoice_;
+}
+
+std::size_t APPDOption::FindChoiceWithID(const AQVString& id) const {
+  IPPDChoice* found = GetChoiceWithID(id);
+  if (found == nullptr) return choices_.size();
+  return static_cast<std::size_t>(std::find(choices_.begin(), choices_.end(), found) -
+                                  choices_.begin());
+}
+
+IPPDChoice* APPDOption::GetChoiceWithID(const AQVString& id) const {
+  for (int attempt = 0; attempt < 2; ++attempt) {
+    if (!choiceIndexValid_) {
+      choiceIndex_.clear();
+      for (IPPDChoice* choice : choices_) choiceIndex_.emplace(choice->GetID(), choice);
+      choiceIndexValid_ = true;
+    }
+    const auto it = choiceIndex_.find(id);
+    if (it == choiceIndex_.end()) return nullptr;
+    if (it->second->GetID() == id) return it->second;
+    // Renamed without telling us (e.g. a choice of another implementation).
+    choiceIndexValid_ = false;
+  }
+  return nullptr;
+}
+
+void APPDOption::EraseChoiceAt(std::size_t index) {
+  IPPDChoice* choice = choices_[index];
+  choices_.erase(choices_.begin() + static_cast<std::ptrdiff_t>(index));
+  if (choiceIndexValid_) {
+    const auto it = choiceIndex_.find(choice->GetID());
+    if (it != choiceIndex_.end() && it->second == choice) {
+      choiceIndex_.erase(it);
+    } else {
+      choiceIndexValid_ = false;
+    }
+  }
+  choice->SetOption(nullptr);
+  choice->Release();
+}
+
+IPPDChoice* APPDOption::AddChoice(IPPDChoice* choice, bool copy) {
+  if (choice == nullptr) return nullptr;
+  // Take our reference before dropping an old one: the old one may be this very object.
+  IPPDChoice* stored = copy ? choice->Clone() : choice;
+  if (stored == nullptr) return nullptr;
+  if (!copy) stored->Retain();
+
+  const AQVString id = stored->GetID();
+  const std::size_t old = FindChoiceWithID(id);
+  if (old < choices_.size()) EraseChoiceAt(old);
+  choices_.push_back(stored);
+  if (choiceIndexValid_) choiceIndex_.emplace(id, stored);
+  stored->SetOption(this);
+  return stored;
+}
+
+void APPDOption::AddChoices(const std::vector<IPPDChoice*>& choices, bool copy) {
+  for (IPPDChoice* choice : choices) AddChoice(choice, copy);
+}
+
+void APPDOption::RemoveChoice(IPPDChoice* choice) {
+  if (choice == nullptr) return;
+  auto it = std::find(choices_.begin(), choices_.end(), choice);
+  if (it == choices_.end()) {
+    it = std::find_if(choices_.begin(), choices_.end(),
+                      [choice](const IPPDChoice* held) { return *held == *choice; });
+  }
+  if (it != choices_.end()) EraseChoiceAt(static_cast<std::size_t>(it - choices_.begin()));
+}
+
+void APPDOption::RemoveChoiceWithID(const AQVString& id) {
+  const std::size_t index = FindChoiceWithID(id);
+  if (index < choices_.size()) EraseChoiceAt(index);
+}
+
+void APPDOption::ReleaseChoices() {
+  std::vector<IPPDChoice*> choices;
+  choices.swap(choices_);
+  choiceIndex_.clear();
+  choiceIndexValid_ = true;
+  for (IPPDChoice* choice : choices) {
+    choice->SetOption(nullptr);
+    choice->Release();
+  }
+}
+
+void APPDOption::ClearChoices() { ReleaseChoices(); }
+
+bool APPDOption::operator==(const IPPDOption& other) const {
+  if (id_ != other.GetID() || name_ != other.GetName() ||
+      GetDefaultChoice() != other.GetDefaultChoice() || uiType_ != other.GetUIType()) {
+    return false;
+  }
+  const std::vector<IPPDChoice*>& theirs = other.GetChoices();
+  if (choices_.size() != theirs.size()) return false;
+  // Equal choices share their ID, so only those of the same ID need comparing.
+  std::unordered_multimap<AQVString, const IPPDChoice*> byID;
+  byID.reserve(theirs.size());
+  for (const IPPDChoice* choice : theirs) byID.emplace(choice->GetID(), choice);
+  for (const IPPDChoice* mine : choices_) {
+    const auto range = byID.equal_range(mine->GetID());
+    const bool found = std::any_of(range.first, range.second,
+                                   [mine](const auto& entry) { return *mine == *entry.second; });
+    if (!found) return false;
+  }
+  return true;
+}
+
+void APPDOption::GetLocalizationKeys(std::vector<AQVString>& keys) const {
+  keys.clear();
+  keys.push_back(name_);
+}
+
+IPPD* APPDOption::GetDocument() const { return group_ != nullptr ? group_->GetPPD() : nullptr; }
+
+IPPDLocalizer* APPDOption::GetLocalizer() const {
+  IPPD* ppd = GetDocument();
+  return ppd != nullptr ? ppd->GetLocalizer() : nullptr;
+}
+
+AQVString APPDOption::MainLineTranslation(const APPDLocalizable& object,
+                                          const AQVString& mainLanguage,
+                                          std::vector<AQVString>& languages) {
+  AQVString text = object.GetLocalizedString(mainLanguage);
+  if (languages.empty() || APPDStatement::IsPlainMainTranslation(text)) return text;
+  languages.insert(languages.begin(), IPPDLocalizer::GetLocaleID(mainLanguage));
+  return AQVString();
+}
+
+AQVString APPDOption::GetStringRepresentation(AError* error) const {
+  if (choices_.empty()) return AQVString();
+
+  AQVString mainLanguage;
+  std::vector<AQVString> languages;
+  if (IPPD* ppd = GetDocument()) {
+    mainLanguage = ppd->GetMainLanguage();
+    ppd->GetAdditionalLanguages(languages);
+  }
+  const AQVString mainText = MainLineTranslation(*this, mainLanguage, languages);
+  const AQVString keyword = AQVString(kRKPPDAsterisk) + id_;
+
+  AError local;
+  const AQVString open = APPDStatement("OpenUI", keyword, mainText, UITypeName(uiType_),
+                                       kPPDStringValue, AQVString())
+                             .GetStringRepresentation(&local);
+  if (Failed(local, error)) return AQVString();
+  const AQVString close = APPDStatement("CloseUI", AQVString(), AQVString(), keyword,
+                                        kPPDStringValue, AQVString())
+                              .GetStringRepresentation(&local);
+  if (Failed(local, error)) return AQVString();
+  const AQVString order = APPDStatement("OrderDependency", AQVString(), AQVString(),
+                                        "10.0 AnySetup " + keyword, kPPDStringValue, AQVString())
+                              .GetStringRepresentation(&local);
+  if (Failed(local, error)) return AQVString();
+  const AQVString defaultLine = APPDStatement("Default" + id_, AQVString(), AQVString(),
+                                              GetDefaultChoice(), kPPDStringValue, AQVString())
+                                    .GetStringRepresentation(&local);
+  if (Failed(local, error)) return AQVString();
+  if (open.IsEmpty() || close.IsEmpty() || order.IsEmpty() || defaultLine.IsEmpty()) {
+    return AQVString();
+  }
+
+  const AQVString comment = APPDCommentable::GetStringRepresentation(&local);
+  if (Failed(local, error)) return AQVString();
+  AQVString result;
+  if (!comment.IsEmpty()) {
+    result += comment;
+    result += kRKPPDNewLine;
+  }
+  result += open;
+  result += kRKPPDNewLine;
+
+  if (!name_.IsEmpty()) {
+    for (const AQVString& language : languages) {
+      const AQVString text = APPDStatement(language + ".Translation", id_,
+                                           GetLocalizedString(language), AQVString(),
+                                           kPPDQuotedValue, AQVString())
+                                 .GetStringRepresentation(&local);
+      if (Failed(local, error)) return result;
+      if (!text.IsEmpty()) {
+        result += text;
+        result += kRKPPDNewLine;
+      }
+    }
+  }
+  result += order;
+  result += kRKPPDNewLine;
+  result += defaultLine;
+  result += kRKPPDNewLine;
+
+  for (const IPPDChoice* choice : choices_) {
+    const AQVString text = choice->GetStringRepresentation(&local);
+    if (Failed(local, error)) return result;
+    result += text;
+    result += kRKPPDNewLine;
+  }
+  result += close;
+  result += kRKPPDNewLine;
+  return result;
+}
+
+IPPDOption* IPPDOption::Create(const AQVString& id, const AQVString& name,
+                               const AQVString& defaultChoice, ppd_ui_e uiType,
+                               const std::vector<IPPDChoice*>& choices, const AQVString& comment) {
+  APPDOption* option = CreateSharedObject<APPDOption>(id, name, defaultChoice, uiType, comment);
+  if (option == nullptr) return nullptr;
+  for (IPPDChoice* choice : choices) {
+    if (choice != nullptr && option->AddChoice(choice, true) == nullptr) {
+      option->Release();
+      return nullptr;
+    }
+  }
+  return option;
+}
+
+}  // namespace ppdforge

@@ -1,0 +1,154 @@
+#include "model/APPDPaperSize.h"
+
+#include <charconv>
+#include <initializer_list>
+
+#include "core/ASharedObject.h"
+#include "model/APPD.h"
+#include "model/APPDStatement.h"
+#include "model/RKPPDConstants.h"
+
+namespace ppdforge {
+
+namespace {
+
+bool Failed(const AError& local, AError* error) {
+  if (local.code == 0) return false;
+  if (error != nullptr) *error = local;
+  return true;
+}
+
+// "%.2f" of each number, separated by single spaces, whatever the C locale says.
+AQVString FormatPoints(std::initializer_list<double> numbers) {
+  std::string text;
+  for (const double number : numbers) {
+    char buffer[512];
+    const auto [end, failure] =
+        std::to_chars(buffer, buffer + sizeof(buffer), number, std::chars_format::fixed, 2);
+    if (!text.empty()) text += ' ';
+    if (failure == std::errc()) text.append(buffer, end);
+  }
+  return AQVString(std::move(text));
+}
+
+}  // namespace
+
+APPDPaperSize::APPDPaperSize(const AQVString& id, const AQVString& name,
+                             const ARKMediaSizeRect& paperRect,
+                             const ARKMediaSizeRect& imageableRect, const AQVString& sizeType)
+    : id_(id), name_(name), paperRect_(paperRect), imageableRect_(imageableRect),
+      sizeType_(sizeType) {}
+
+APPDPaperSize::APPDPaperSize(const APPDPaperSize& other)
+    : IPPDPaperSize(), APPDCommentable(other), APPDLocalizable(), id_(other.id_),
+      name_(other.name_), paperRect_(other.paperRect_), imageableRect_(other.imageableRect_),
+      sizeType_(other.sizeType_) {}
+
+APPDPaperSize* APPDPaperSize::Clone() const { return CreateSharedObject<APPDPaperSize>(*this); }
+
+APPDCommentable* APPDPaperSize::QueryPPDCommentable() const {
+  auto* self = const_cast<APPDPaperSize*>(this);
+  self->Retain();
+  return self;
+}
+
+APPDLocalizable* APPDPaperSize::QueryPPDLocalizable() const {
+  auto* self = const_cast<APPDPaperSize*>(this);
+  self->Retain();
+  return self;
+}
+
+void APPDPaperSize::SetID(const AQVString& id) {
+  id_ = id;
+  if (auto* document = dynamic_cast<APPD*>(ppd_)) document->InvalidatePaperSizeIndex();
+}
+
+void APPDPaperSize::SetName(const AQVString& name) {
+  name_ = name;
+  // The explicit translations belonged to the old name.
+  ClearLocalization();
+}
+
+// Only the first and fourth numbers change; the written height (the third
+// number) stays as it was, which the page size generators rely on.
+void APPDPaperSize::SetPaperSizeRect(const ARKMediaSizeRect& rect) {
+  paperRect_.right = rect.right - rect.left;
+  paperRect_.top = rect.top - rect.bottom;
+}
+
+void APPDPaperSize::GetLocalizationKeys(std::vector<AQVString>& keys) const {
+  keys.clear();
+  keys.push_back(name_.IsEmpty() ? id_ : name_);
+}
+
+IPPDLocalizer* APPDPaperSize::GetLocalizer() const {
+  return ppd_ != nullptr ? ppd_->GetLocalizer() : nullptr;
+}
+
+bool APPDPaperSize::IsValid() const {
+  return (sizeType_ == kRKPPDPaperDimensionSizeType ||
+          sizeType_ == kRKPPDImageableAreaSizeType) &&
+         !id_.IsEmpty();
+}
+
+bool APPDPaperSize::operator==(const IPPDPaperSize& other) const {
+  return id_ == other.GetID() && name_ == other.GetName() &&
+         RKMediaSizeRectIsEqualToRect(paperRect_, other.GetPaperSizeRect()) &&
+         RKMediaSizeRectIsEqualToRect(imageableRect_, other.GetImageableRect());
+}
+
+AQVString APPDPaperSize::GetStringRepresentation(AError* error) const {
+  if (!IsValid()) return AQVString();
+
+  AQVString mainLanguage;
+  std::vector<AQVString> languages;
+  if (ppd_ != nullptr) {
+    mainLanguage = ppd_->GetMainLanguage();
+    ppd_->GetAdditionalLanguages(languages);
+  }
+
+  // Member order is bottom, left, top, right edge.
+  const AQVString value =
+      sizeType_ == kRKPPDPaperDimensionSizeType
+          ? FormatPoints({paperRect_.right, paperRect_.bottom})
+          : FormatPoints({imageableRect_.left, imageableRect_.top, imageableRect_.right,
+                          imageableRect_.bottom});
+
+  AError local;
+  const AQVString line = APPDStatement(sizeType_, id_, GetLocalizedString(mainLanguage), value,
+                                       kPPDQuotedValue, AQVString())
+                             .GetStringRepresentation(&local);
+  if (Failed(local, error)) return AQVString();
+  if (line.IsEmpty()) return AQVString();
+
+  const AQVString comment = APPDCommentable::GetStringRepresentation(&local);
+  if (Failed(local, error)) return AQVString();
+  AQVString result;
+  if (!comment.IsEmpty()) {
+    result += comment;
+    result += kRKPPDNewLine;
+  }
+  result += line;
+
+  for (const AQVString& language : languages) {
+    const AQVString text = APPDStatement(language + "." + sizeType_, id_,
+                                         GetLocalizedString(language), AQVString(),
+                                         kPPDQuotedValue, AQVString())
+                               .GetStringRepresentation(&local);
+    if (Failed(local, error)) return result;
+    if (!text.IsEmpty()) {
+      result += kRKPPDNewLine;
+      result += text;
+    }
+  }
+  return result;
+}
+
+IPPDPaperSize* IPPDPaperSize::Create(const AQVString& id, const AQVString& name,
+                                     const ARKMediaSizeRect& paperRect,
+                                     const ARKMediaSizeRect& imageableRect,
+                                     const AQVString& sizeType) {
+  return CreateSharedObject<APPDPaperSize>(id, name, paperRect, imageableRect, sizeType);
+}
+
+}  // namespace ppdforge

@@ -1,0 +1,69 @@
+#pragma once
+// The one implementation of IPPDPaperSize: the "ImageableArea" or
+// "PaperDimension" line of one media size with its translation lines.
+
+#include <vector>
+
+#include "model/APPDCommentable.h"
+#include "model/APPDLocalizable.h"
+#include "model/IPPDPaperSize.h"
+
+namespace ppdforge {
+
+class APPDPaperSize : public IPPDPaperSize, public APPDCommentable, public APPDLocalizable {
+ public:
+  // The four numbers of each rectangle are used as bottom, left, top and
+  // right edges, in member order; stored as given.
+  APPDPaperSize(const AQVString& id, const AQVString& name, const ARKMediaSizeRect& paperRect,
+                const ARKMediaSizeRect& imageableRect, const AQVString& sizeType);
+  // Copies comment, ID, name, both rectangles and the size type; the copy has
+  // no document and no explicit translations.
+  APPDPaperSize(const APPDPaperSize& other);
+  APPDPaperSize& operator=(const APPDPaperSize&) = delete;
+
+  // One reference count for all bases (supplied by ASharedObject).
+  using IPPDPaperSize::Retain;
+  using IPPDPaperSize::Release;
+
+  // A copy with the count 1 (owned by the caller), or null.
+  APPDPaperSize* Clone() const override;
+  // This object with one more reference (the caller releases it).
+  APPDCommentable* QueryPPDCommentable() const override;
+  APPDLocalizable* QueryPPDLocalizable() const override;
+  // Empty (no error) when !IsValid(). Otherwise the comment lines, the line
+  // "*SIZETYPE ID/Text: "values"" (values "%.2f", width and height for
+  // "PaperDimension", left bottom right top for "ImageableArea") and one line
+  // per additional language. On a statement error: the text made so far
+  // (empty when the main line or comment failed), *error set.
+  AQVString GetStringRepresentation(AError* error) const override;
+
+  AQVString GetID() const override { return id_; }
+  // Also tells the holding document that its ID index is out of date.
+  void SetID(const AQVString& id) override;
+  AQVString GetName() const override { return name_; }
+  void SetName(const AQVString& name) override;
+  ARKMediaSizeRect GetPaperSizeRect() const override { return paperRect_; }
+  void SetPaperSizeRect(const ARKMediaSizeRect& rect) override;
+  ARKMediaSizeRect GetImageableRect() const override { return imageableRect_; }
+  void SetImageableRect(const ARKMediaSizeRect& rect) override { imageableRect_ = rect; }
+  AQVString GetSizeType() const override { return sizeType_; }
+  void SetSizeType(const AQVString& sizeType) override { sizeType_ = sizeType; }
+  // Borrowed; null until a document holds the size.
+  IPPD* GetPPD() const override { return ppd_; }
+  void SetPPD(IPPD* ppd) override { ppd_ = ppd; }
+  void GetLocalizationKeys(std::vector<AQVString>& keys) const override;
+  IPPDLocalizer* GetLocalizer() const override;
+  bool IsValid() const override;
+  bool operator==(const IPPDPaperSize& other) const override;
+  bool operator!=(const IPPDPaperSize& other) const override { return !(*this == other); }
+
+ private:
+  AQVString id_;
+  AQVString name_;
+  ARKMediaSizeRect paperRect_;
+  ARKMediaSizeRect imageableRect_;
+  AQVString sizeType_;
+  IPPD* ppd_ = nullptr;
+};
+
+}  // namespace ppdforge

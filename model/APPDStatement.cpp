@@ -1,0 +1,556 @@
+#include "model/APPDStatement.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "core/RKPPDMessages.h"
+#include "model/RKPPDConstants.h"
+
+namespace ppdforge {
+
+namespace {
+
+constexpr std::size_t kMaxKeywordBytes = 40;
+constexpr std::size_t kMaxTranslationBytes = 80;
+// A line of this many bytes or more breaks the 255-byte PPD line limit.
+constexpr std::size_t kLineLimitBytes = 256;
+constexpr std::size_t kCommentLineLimit = 256 - 3;  // minus the length of "*% "
+
+// The literal that replaces a stray bracket, in the code unit type of the scan.
+template <class C>
+std::basic_string<C> Literal(const char* ascii) {
+  std::basic_string<C> out;
+  for (const char* p = ascii; *p != '\0'; ++p) out.push_back(static_cast<C>(*p));
+  return out;
+}
+
+template <class C>
+bool IsTagView(std::basic_string_view<C> text) {
+  const std::size_t length = text.size();
+  if (length < 3) return false;
+  std::basic_string_view<C> interior;
+  if (text[1] == C('<') && text[length - 2] == C('>')) {
+    if (length < 5) return false;
+    interior = text.substr(2, length - 3);
+  } else {
+    interior = text.substr(1, length - 2);
+  }
+  return !interior.empty() && interior.find(C('<')) == std::basic_string_view<C>::npos;
+}
+
+// Index of the last character of the tag that the "<" at `position` opens, or npos.
+template <class C>
+std::size_t TagEnd(const std::basic_string<C>& text, std::size_t position) {
+  using S = std::basic_string<C>;
+  if (position + 1 >= text.size()) return S::npos;
+  if (text[position + 1] == C('<')) {
+    static const S kDoubleClose = Literal<C>(">>");
+    const std::size_t found = text.find(kDoubleClose, position);
+    return found == S::npos ? S::npos : found + 1;
+  }
+  return text.find(C('>'), position);
+}
+
+// Index of the "<" (or "<<") that the ">" at `position` would close, or npos.
+template <class C>
+std::size_t TagStart(const std::basic_string<C>& text, std::size_t position) {
+  using V = std::basic_string_view<C>;
+  if (position == 0) return V::npos;
+  const V before = V(text).substr(0, position);
+  if (text[position - 1] == C('>')) {
+    static const std::basic_string<C> kDoubleOpen = Literal<C>("<<");
+    return before.rfind(kDoubleOpen);
+  }
+  return before.rfind(C('<'));
+}
+
+template <class C>
+bool ReplaceOpenBrackets(std::basic_string<C>& text) {
+  using S = std::basic_string<C>;
+  static const S kEscaped = Literal<C>("<3C>");
+  bool changed = false;
+  std::size_t position = 0;
+  for (;;) {
+    const std::size_t open = text.find(C('<'), position);
+    if (open == S::npos) break;
+    const std::size_t end = TagEnd(text, open);
+    if (end != S::npos && IsTagView(std::basic_string_view<C>(text).substr(open, end - open + 1))) {
+      position = end + 1;
+    } else {
+      text.replace(open, 1, kEscaped);
+      position = open + kEscaped.size();
+      changed = true;
+    }
+    if (position == text.size() - 1) break;
+  }
+  return changed;
+}
+
+template <class C>
+bool ReplaceCloseBrackets(std::basic_string<C>& text) {
+  using S = std::basic_string<C>;
+  static const S kEscaped = Literal<C>("<3E>");
+  bool changed = false;
+  std::size_t position = 0;
+  for (;;) {
+    const std::size_t close = text.find(C('>'), position);
+    if (close == S::npos) break;
+    const std::size_t start = TagStart(text, close);
+    if (start != S::npos) {
+      const std::size_t candidateLength = close - start + 1;
+      if (IsTagView(std::basic_string_view<C>(text).substr(start, candidateLength))) {
+        position = close + 1;
+      } else {
+        text.replace(close, 1, kEscaped);
+        // Resumes after the whole candidate, not after the inserted text: a
+        // ">" within that distance stays as it is.
+        position = close + candidateLength;
+        changed = true;
+      }
+    } else {
+      text.replace(close, 1, kEscaped);
+      position = close;
+      changed = true;
+    }
+    if (position == text.size() - 1) break;
+  }
+  return changed;
+}
+
+bool IsASCII(std::string_view bytes) {
+  for (const char c : bytes) {
+    if (static_cast<unsigned char>(c) >= 0x80) return false;
+  }
+  return true;
+}
+
+// Positions of the scan are UTF-16 units; for ASCII text they equal byte
+// offsets, so the UTF-8 bytes are scanned directly.
+bool EscapeBrackets(std::string& utf8, bool open) {
+  if (utf8.find(open ? '<' : '>') == std::string::npos) return false;
+  if (IsASCII(utf8)) return open ? ReplaceOpenBrackets(utf8) : ReplaceCloseBrackets(utf8);
+  std::u16string units = AQVString(utf8).UTF16();
+  const bool changed = open ? ReplaceOpenBrackets(units) : ReplaceCloseBrackets(units);
+  if (changed) {
+    if (std::optional<AQVString> converted = AQVString::FromUTF16(units)) utf8 = converted->UTF8();
+  }
+  return changed;
+}
+
+// Steps A and B in order on UTF-8 text; true when anything was replaced.
+bool EscapeStrayBrackets(std::string& utf8) {
+  const bool opened = EscapeBrackets(utf8, true);
+  const bool closed = EscapeBrackets(utf8, false);
+  return opened || closed;
+}
+
+bool ReplaceAll(std::string& text, char what, std::string_view with) {
+  std::size_t position = text.find(what);
+  if (position == std::string::npos) return false;
+  std::string out;
+  out.reserve(text.size() + with.size() * 4);
+  std::size_t from = 0;
+  while (position != std::string::npos) {
+    out.append(text, from, position - from);
+    out.append(with);
+    from = position + 1;
+    position = text.find(what, from);
+  }
+  out.append(text, from, std::string::npos);
+  text.swap(out);
+  return true;
+}
+
+// Escapes a stored translation in place; only rewrites the member when
+// something changed, so that a second build costs nothing.
+void EscapeStoredTranslation(AQVString& translation, bool escapeColons) {
+  const std::string_view stored = translation.UTF8();
+  bool needed = false;
+  for (const char c : stored) {
+    if (c == '<' || c == '>' || (escapeColons && c == ':')) {
+      needed = true;
+      break;
+    }
+  }
+  if (!needed) return;
+  std::string text(stored);
+  bool changed = EscapeStrayBrackets(text);
+  if (escapeColons) changed = ReplaceAll(text, ':', "<3A>") || changed;
+  if (changed) translation = AQVString(std::move(text));
+}
+
+bool HasAngleBracket(std::string_view text) {
+  for (const char c : text) {
+    if (c == '<' || c == '>') return true;
+  }
+  return false;
+}
+
+bool HasLineBreak(std::string_view text) {
+  for (const char c : text) {
+    if (c == '\n' || c == '\r') return true;
+  }
+  return false;
+}
+
+// The character test as a table of the acceptable byte values.
+class CharacterRule {
+ public:
+  CharacterRule(unsigned lowest, unsigned highest, std::string_view invalid) {
+    const std::string_view allowedLow = kRKPPDAllowedPPDCharsUnder33;
+    for (unsigned byte = 0; byte < 256; ++byte) {
+      const bool low = byte < lowest && allowedLow.find(static_cast<char>(byte)) == std::string_view::npos;
+      accepted_[byte] = !low && byte <= highest;
+    }
+    for (const char c : invalid) accepted_[static_cast<unsigned char>(c)] = false;
+  }
+
+  bool Accepts(std::string_view bytes) const {
+    for (const char c : bytes) {
+      if (!accepted_[static_cast<unsigned char>(c)]) return false;
+    }
+    return true;
+  }
+
+ private:
+  bool accepted_[256];
+};
+
+// The fixed rules of the statement parts, built once.
+const CharacterRule& KeywordRule() {
+  static const CharacterRule rule(33, 126, ":/\t\n\r ");
+  return rule;
+}
+const CharacterRule& OptionTranslationRule() {
+  static const CharacterRule rule(32, 255, "\n\r:");
+  return rule;
+}
+const CharacterRule& ValueTranslationRule() {
+  static const CharacterRule rule(32, 255, "\n\r");
+  return rule;
+}
+const CharacterRule& QuotedValueRule() {
+  static const CharacterRule rule(32, 255, kRKPPDDoubleQuote);
+  return rule;
+}
+const CharacterRule& SymbolValueRule() {
+  static const CharacterRule rule(32, 126, "\r\n\t ");
+  return rule;
+}
+const CharacterRule& StringValueRule() {
+  static const CharacterRule rule(32, 126, "/\n\r");
+  return rule;
+}
+const CharacterRule& OtherValueRule() {
+  static const CharacterRule rule(32, 126, std::string_view());
+  return rule;
+}
+const CharacterRule& PlainMainTranslationRule() {
+  static const CharacterRule rule(32, 126, "\n\r:");
+  return rule;
+}
+
+}  // namespace
+
+APPDStatement::APPDStatement(const AQVString& mainKeyword, const AQVString& optionKeyword,
+                             const AQVString& optionTranslation, const AQVString& value,
+                             PPDValueType valueType, const AQVString& valueTranslation)
+    : mainKeyword_(mainKeyword),
+      optionKeyword_(optionKeyword),
+      optionTranslation_(optionTranslation),
+      value_(value),
+      valueType_(valueType),
+      valueTranslation_(valueTranslation) {}
+
+void APPDStatement::SetMainKeyword(const AQVString& keyword) {
+  mainKeyword_ = keyword;
+  representation_ = AQVString();
+}
+
+void APPDStatement::SetOptionKeyword(const AQVString& keyword) {
+  optionKeyword_ = keyword;
+  representation_ = AQVString();
+}
+
+void APPDStatement::SetOptionTranslation(const AQVString& translation) {
+  optionTranslation_ = translation;
+  representation_ = AQVString();
+}
+
+void APPDStatement::SetValue(const AQVString& value) {
+  value_ = value;
+  representation_ = AQVString();
+}
+
+void APPDStatement::SetValueType(PPDValueType type) {
+  valueType_ = type;
+  representation_ = AQVString();
+}
+
+void APPDStatement::SetValueTranslation(const AQVString& translation) {
+  valueTranslation_ = translation;
+  representation_ = AQVString();
+}
+
+AQVString APPDStatement::GetStringRepresentation(AError* error) const {
+  BuildStringRepresentationIfNeeded();
+  if (!IsValid(error)) return AQVString();
+  return representation_;
+}
+
+bool APPDStatement::IsValid(AError* error) const {
+  return IsValidMainKeyword(error) && IsValidOptionKeyword(error) &&
+         IsValidTranslationString(true, error) && IsValidValue(error) &&
+         IsValidTranslationString(false, error) &&
+         (optionTranslation_.IsEmpty() || !optionKeyword_.IsEmpty() ||
+          messages::Report(error, messages::kOptionKeywordAbsent, {optionTranslation_})) &&
+         (valueTranslation_.IsEmpty() || !value_.IsEmpty() ||
+          messages::Report(error, messages::kValueEmptyForTranslation, {valueTranslation_})) &&
+         (valueType_ != kPPDSymbolValue || valueTranslation_.IsEmpty() ||
+          messages::Report(error, messages::kSymbolValueTranslation, {value_, valueTranslation_})) &&
+         IsValidLineLength(error);
+}
+
+void APPDStatement::BuildStringRepresentationIfNeeded() const {
+  if (!representation_.IsEmpty()) return;
+
+  const std::string& value = value_.UTF8();
+  std::string out;
+  out.reserve(mainKeyword_.ByteLength() + optionKeyword_.ByteLength() +
+              optionTranslation_.ByteLength() + value.size() + valueTranslation_.ByteLength() + 16);
+
+  if (!mainKeyword_.IsEmpty()) {
+    out += *kRKPPDAsterisk;
+    out += mainKeyword_.UTF8();
+  }
+  if (!optionKeyword_.IsEmpty()) {
+    out += *kRKPPDSpace;
+    out += optionKeyword_.UTF8();
+  }
+  if (!optionTranslation_.IsEmpty()) {
+    EscapeStoredTranslation(optionTranslation_, true);
+    out += *kRKPPDSlash;
+    out += optionTranslation_.UTF8();
+  }
+  out += *kRKPPDColon;
+  out += *kRKPPDSpace;
+
+  const bool quoted = valueType_ == kPPDInvocationValue || valueType_ == kPPDQuotedValue;
+  if (quoted) {
+    // The written copy of the value; only made when something is escaped.
+    std::string escaped;
+    std::string_view body = value;
+    if (valueType_ == kPPDQuotedValue && HasAngleBracket(value)) {
+      escaped = value;
+      EscapeStrayBrackets(escaped);
+      body = escaped;
+    }
+    if (body.find(*kRKPPDDoubleQuote) != std::string_view::npos) {
+      if (escaped.empty()) escaped = value;
+      ReplaceAll(escaped, *kRKPPDDoubleQuote, "<22>");
+      body = escaped;
+    }
+    out += *kRKPPDDoubleQuote;
+    const bool hadLineBreak = HasLineBreak(body);
+    if (!hadLineBreak && body.size() + 1 + out.size() >= kLineLimitBytes) {
+      std::vector<AQVString> pieces;
+      DivideString(AQVString(std::string(body) + *kRKPPDDoubleQuote), AQVString(" \t"), pieces);
+      std::size_t running = out.size();
+      bool wrapped = false;
+      for (std::size_t i = 0; i < pieces.size(); ++i) {
+        const std::string& piece = pieces[i].UTF8();
+        if (i == 0) {
+          running += piece.size();
+        } else if (running + 1 + piece.size() < kLineLimitBytes - 1) {
+          out += ' ';
+          running += 1 + piece.size();
+        } else {
+          out += '\n';
+          running = piece.size();
+          wrapped = true;
+        }
+        out += piece;
+      }
+      if (wrapped) {
+        out += *kRKPPDNewLine;
+        out += *kRKPPDAsterisk;
+        out += kRKPPDEndKeyword;
+      }
+    } else {
+      out += body;
+      out += *kRKPPDDoubleQuote;
+      if (hadLineBreak) {
+        out += *kRKPPDNewLine;
+        out += *kRKPPDAsterisk;
+        out += kRKPPDEndKeyword;
+      }
+    }
+  } else if (!value.empty()) {
+    if (valueType_ == kPPDSymbolValue) out += *kRKPPDCaret;
+    out += value;
+  }
+
+  if (!valueTranslation_.IsEmpty()) {
+    EscapeStoredTranslation(valueTranslation_, false);
+    out += *kRKPPDSlash;
+    out += valueTranslation_.UTF8();
+  }
+  representation_ = AQVString(std::move(out));
+}
+
+bool APPDStatement::IsValidMainKeyword(AError* error) const {
+  if (mainKeyword_.IsEmpty()) return messages::Report(error, messages::kMissingMainKeyword);
+  if (mainKeyword_.ByteLength() > kMaxKeywordBytes) {
+    return messages::Report(error, messages::kMainKeywordTooLong, {mainKeyword_});
+  }
+  if (!KeywordRule().Accepts(mainKeyword_.UTF8())) {
+    return messages::Report(error, messages::kMainKeywordInvalid, {mainKeyword_});
+  }
+  return true;
+}
+
+bool APPDStatement::IsValidOptionKeyword(AError* error) const {
+  if (optionKeyword_.IsEmpty()) return true;
+  if (optionKeyword_.ByteLength() > kMaxKeywordBytes) {
+    return messages::Report(error, messages::kOptionKeywordTooLong, {optionKeyword_});
+  }
+  if (!KeywordRule().Accepts(optionKeyword_.UTF8())) {
+    return messages::Report(error, messages::kOptionKeywordInvalid, {optionKeyword_});
+  }
+  return true;
+}
+
+bool APPDStatement::IsValidTranslationString(bool isOptionTranslation, AError* error) const {
+  const AQVString& translation = isOptionTranslation ? optionTranslation_ : valueTranslation_;
+  if (translation.ByteLength() > kMaxTranslationBytes) {
+    return messages::Report(error, messages::kTranslationTooLong, {translation});
+  }
+  if (!(isOptionTranslation ? OptionTranslationRule() : ValueTranslationRule())
+           .Accepts(translation.UTF8())) {
+    return messages::Report(error, messages::kTranslationInvalid, {translation});
+  }
+  return true;
+}
+
+bool APPDStatement::IsValidValue(AError* error) const {
+  const std::string& value = value_.UTF8();
+  bool valid = true;
+  switch (valueType_) {
+    case kPPDInvocationValue:
+    case kPPDQuotedValue:
+      valid = QuotedValueRule().Accepts(value);
+      break;
+    case kPPDSymbolValue:
+      valid = SymbolValueRule().Accepts(value);
+      break;
+    case kPPDStringValue:
+      if (!value.empty() && (value[0] == *kRKPPDCaret || value[0] == *kRKPPDDoubleQuote)) {
+        return messages::Report(error, messages::kStringValueBadStart,
+                                {value_, AQVString(std::string_view(value.data(), 1))});
+      }
+      valid = StringValueRule().Accepts(value);
+      break;
+    default:
+      valid = OtherValueRule().Accepts(value);
+      break;
+  }
+  return valid || messages::Report(error, messages::kValueInvalid, {value_});
+}
+
+bool APPDStatement::IsValidLineLength(AError* error) const {
+  BuildStringRepresentationIfNeeded();
+  const std::string_view text = representation_.UTF8();
+  std::size_t lineStart = 0;
+  for (;;) {
+    const std::size_t lineEnd = text.find('\n', lineStart);
+    const std::size_t length =
+        (lineEnd == std::string_view::npos ? text.size() : lineEnd) - lineStart;
+    if (length >= kLineLimitBytes) {
+      return messages::Report(error, messages::kLineTooLong, {representation_});
+    }
+    if (lineEnd == std::string_view::npos) return true;
+    lineStart = lineEnd + 1;
+  }
+}
+
+AQVString APPDStatement::CommentLines(const AQVString& comment, AError* error) {
+  if (comment.IsEmpty()) return AQVString();
+  const std::string_view text = comment.UTF8();
+  std::string out;
+  out.reserve(text.size() + 16);
+  std::size_t lineStart = 0;
+  for (;;) {
+    const std::size_t lineEnd = text.find('\n', lineStart);
+    const std::string_view line = text.substr(
+        lineStart, lineEnd == std::string_view::npos ? std::string_view::npos : lineEnd - lineStart);
+    const AQVString trimmed = AQVString(line).TrimWhitespace();
+    // UTF-16 units never outnumber UTF-8 bytes, so short lines skip the count.
+    if (trimmed.ByteLength() >= kCommentLineLimit && trimmed.Length() >= kCommentLineLimit) {
+      messages::Report(error, messages::kCommentLineTooLong);
+      return AQVString();
+    }
+    if (!out.empty()) out += *kRKPPDNewLine;
+    out += kRKPPDCommentPrefix;
+    out += trimmed.UTF8();
+    if (lineEnd == std::string_view::npos) break;
+    lineStart = lineEnd + 1;
+  }
+  return AQVString(std::move(out));
+}
+
+bool APPDStatement::IsValidCharacters(const AQVString& text, unsigned lowest, unsigned highest,
+                                      std::string_view invalid) {
+  return CharacterRule(lowest, highest, invalid).Accepts(text.UTF8());
+}
+
+bool APPDStatement::IsPlainMainTranslation(const AQVString& text) {
+  return PlainMainTranslationRule().Accepts(text.UTF8());
+}
+
+void APPDStatement::FindAndReplaceAngleOpenBrackets(AQVString& text) {
+  std::string bytes = text.UTF8();
+  if (EscapeBrackets(bytes, true)) text = AQVString(std::move(bytes));
+}
+
+void APPDStatement::FindAndReplaceAngleCloseBrackets(AQVString& text) {
+  std::string bytes = text.UTF8();
+  if (EscapeBrackets(bytes, false)) text = AQVString(std::move(bytes));
+}
+
+bool APPDStatement::IsValidPPDTag(const AQVString& text) {
+  if (IsASCII(text.UTF8())) return IsTagView(std::string_view(text.UTF8()));
+  const std::u16string units = text.UTF16();
+  return IsTagView(std::u16string_view(units));
+}
+
+std::size_t APPDStatement::FindTagStart(const std::u16string& text, std::size_t position) {
+  return TagStart(text, position);
+}
+
+std::size_t APPDStatement::FindTagEnd(const std::u16string& text, std::size_t position) {
+  return TagEnd(text, position);
+}
+
+void APPDStatement::DivideString(const AQVString& text, const AQVString& separators,
+                                 std::vector<AQVString>& pieces) {
+  pieces.clear();
+  const std::string_view bytes = text.UTF8();
+  // Separators are ASCII, so they never match inside a multibyte character.
+  std::uint64_t separatorBits[2] = {0, 0};
+  for (const char c : separators.UTF8()) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 128) separatorBits[byte >> 6] |= std::uint64_t{1} << (byte & 63);
+  }
+  std::size_t start = 0;
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(bytes[i]);
+    if (byte < 128 && ((separatorBits[byte >> 6] >> (byte & 63)) & 1) != 0) {
+      pieces.emplace_back(bytes.substr(start, i - start));
+      start = i + 1;
+    }
+  }
+  pieces.emplace_back(bytes.substr(start));
+}
+
+}  // namespace ppdforge

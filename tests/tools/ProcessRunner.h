@@ -1,0 +1,28 @@
+#pragma once
+// Runs a program without a shell and collects its exit status and outputs.
+
+#include <string>
+#include <vector>
+
+namespace ppdforge::testing {
+
+struct ProcessResult {
+  // The exit status, or -1 when the program could not be started or did
+  // not exit normally.
+  int exitCode = -1;
+  std::string out;
+  std::string err;
+};
+
+class ProcessRunner {
+ public:
+  // Runs `program` (looked up in PATH when it has no slash) with
+  // `arguments`, standard input from /dev/null.
+  static ProcessResult Run(const std::string& program, const std::vector<std::string>& arguments);
+  // Runs the ppdforge program that this build made.
+  static ProcessResult RunTool(const std::vector<std::string>& arguments);
+  // Whether `program` is found in PATH.
+  static bool IsInstalled(const std::string& program);
+};
+
+}  // namespace ppdforge::testing

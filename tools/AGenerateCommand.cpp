@@ -1,0 +1,147 @@
+#include "tools/AGenerateCommand.h"
+
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+#include <ostream>
+#include <utility>
+
+#include "core/AError.h"
+#include "model/RKPPDConstants.h"
+#include "facade/APlistProductInfo.h"
+#include "facade/ARKPPDConcreteGenerator.h"
+#include "tools/AAtomicFileWriter.h"
+
+namespace ppdforge {
+
+namespace {
+
+constexpr const char* kProgram = "ppdforge";
+
+void PrintError(std::ostream& err, const AError& error) {
+  err << kProgram << ": " << error.domain.UTF8() << " error " << error.code << ": "
+      << error.message.UTF8() << "\n";
+}
+
+bool HasError(const AError& error) { return !error.domain.IsEmpty(); }
+
+bool HasMediaSizes(const IProductInfo& product) {
+  const std::optional<ADictionary> paperInfo = product.InfoForOptionWithName(kRKPPDOptionPageSizeName);
+  AArray media;
+  return paperInfo && paperInfo->GetArray(kRKPPDOptionChoicesKey, media) && !media.IsEmpty();
+}
+
+// The library reports most failures; the page size phase fails silently when
+// the product has no media, and that is by far the likeliest cause.
+void PrintSilentFailure(std::ostream& err, const APlistProductInfo& product) {
+  err << kProgram << ": the PPD could not be generated and the library reported no error; ";
+  if (!HasMediaSizes(product)) {
+    err << "likely cause: " << product.GetSourceName().UTF8()
+        << " has no media sizes in \"QVPaperInfo\" (options.QVPaperInfo.values is missing or empty)\n";
+  } else {
+    err << "likely cause: a generator named in " << product.GetSourceName().UTF8()
+        << " failed without a message\n";
+  }
+}
+
+bool WriteToStream(std::ostream& out, const std::string& bytes) {
+  out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  out.flush();
+  return static_cast<bool>(out);
+}
+
+}  // namespace
+
+AGenerateCommand::AGenerateCommand(CLI::App& program) {
+  command_ = program.add_subcommand(
+      "generate", "Write the PPD of a product description (to standard output without -o)");
+  command_->add_option("PRODUCT", product_, "Product description file (XML or binary property list)")
+      ->required();
+  command_->add_option("-o,--output", output_,
+                       "Write the PPD to this file, replacing it atomically");
+  command_->add_option("--strings", bundles_,
+                       "Bundle directory with NAME.lproj/Localizable.strings tables; "
+                       "may be given several times, searched in the order given")
+      ->check(CLI::ExistingDirectory)
+      ->allow_extra_args(false);
+  command_->add_option("--main-language", mainLanguage_,
+                       "Main language of the PPD (\"LanguageVersion\"), e.g. en or French");
+  command_->add_option("--languages", languages_,
+                       "Comma-separated languages of the PPD (\"cupsLanguages\"), e.g. en,fr,de")
+      ->delimiter(',')
+      ->allow_extra_args(false);
+}
+
+bool AGenerateCommand::WasSelected() const { return command_->parsed(); }
+
+int AGenerateCommand::Run(std::ostream& out, std::ostream& err) {
+  AError error;
+  const std::shared_ptr<APlistProductInfo> product = APlistProductInfo::LoadFile(product_, &error);
+  if (!product) {
+    PrintError(err, error);
+    return 2;
+  }
+  for (const AQVString& warning : product->GetWarnings()) {
+    err << kProgram << ": warning: " << warning.UTF8() << "\n";
+  }
+
+  std::unique_ptr<ARKPPDGenerator> generator =
+      ARKPPDGenerator::GeneratorWithProductInfo(product, &error);
+  if (!generator) {
+    if (HasError(error)) {
+      PrintError(err, error);
+    } else {
+      PrintSilentFailure(err, *product);
+    }
+    return 1;
+  }
+  // The build succeeded, yet a description may have been skipped (an
+  // unknown generator name): the library keeps that error, so say so.
+  if (HasError(error)) {
+    err << kProgram << ": warning: " << error.domain.UTF8() << " error " << error.code << ": "
+        << error.message.UTF8() << "\n";
+  }
+  for (const std::string& bundle : bundles_) {
+    generator->AddLocalizedStringsFromBundleAtPath(AQVString(bundle));
+  }
+  if (auto* concrete = dynamic_cast<ARKPPDConcreteGenerator*>(generator.get())) {
+    IPPDGenerator* engine = concrete->GetGenerator();
+    if (!mainLanguage_.empty()) engine->SetMainLocale(AQVString(mainLanguage_));
+    if (!languages_.empty()) {
+      std::vector<AQVString> locales;
+      for (const std::string& language : languages_) {
+        if (!language.empty()) locales.emplace_back(language);
+      }
+      engine->SetSupportedLocales(locales);
+    }
+  }
+
+  // A success of the build phases may leave an error of a skipped
+  // description behind; only the rendering's own error counts now.
+  AError renderError;
+  const std::optional<std::string> data = generator->GeneratePPDData(&renderError);
+  if (!data) {
+    if (HasError(renderError)) {
+      PrintError(err, renderError);
+    } else {
+      err << kProgram << ": the PPD text could not be made and the library reported no error\n";
+    }
+    return 1;
+  }
+
+  if (output_.empty()) {
+    if (!WriteToStream(out, *data)) {
+      err << kProgram << ": cannot write the PPD to standard output\n";
+      return 1;
+    }
+    return 0;
+  }
+  std::string problem;
+  if (!AAtomicFileWriter::Write(output_, *data, &problem)) {
+    err << kProgram << ": cannot write " << output_ << ": " << problem << "\n";
+    return 1;
+  }
+  return 0;
+}
+
+}  // namespace ppdforge

@@ -1,0 +1,35 @@
+// ppdforge: writes the PPD file of a printer product from its product
+// description. Each sub-command lives in its own class; main only parses.
+
+#include <CLI/CLI.hpp>
+
+#include <iostream>
+#include <memory>
+#include <vector>
+
+#include "tools/AGenerateCommand.h"
+
+int main(int argc, char** argv) {
+  CLI::App program{
+      "ppdforge writes the PPD (PostScript Printer Description) file of a printer product "
+      "from its product description.",
+      "ppdforge"};
+  program.set_version_flag("--version", std::string("ppdforge ") + PPDFORGE_VERSION);
+  program.require_subcommand(1);
+
+  std::vector<std::unique_ptr<ppdforge::ICommand>> commands;
+  commands.push_back(std::make_unique<ppdforge::AGenerateCommand>(program));
+
+  try {
+    program.parse(argc, argv);
+  } catch (const CLI::ParseError& e) {
+    if (e.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) return program.exit(e);
+    std::cerr << "ppdforge: " << e.what() << "\n"
+              << "Run 'ppdforge --help' or 'ppdforge generate --help' for more information.\n";
+    return 2;
+  }
+  for (const auto& command : commands) {
+    if (command->WasSelected()) return command->Run(std::cout, std::cerr);
+  }
+  return 2;
+}
