@@ -19,6 +19,11 @@ AArray::AArray(std::initializer_list<AValue> items)
 
 AArray::AArray(std::shared_ptr<const AArrayStorage> storage) : storage_(std::move(storage)) {}
 
+AArray AArray::FromValues(std::vector<AValue> items) {
+  if (items.empty()) return AArray();
+  return AArray(std::make_shared<const AArrayStorage>(AArrayStorage{std::move(items)}));
+}
+
 AArrayStorage& AArray::Mutable() {
   if (storage_.use_count() != 1) storage_ = std::make_shared<const AArrayStorage>(*storage_);
   // The storage is owned by this array alone now, so writing to it is safe.

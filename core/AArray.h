@@ -18,6 +18,8 @@ class AArray {
  public:
   AArray();
   AArray(std::initializer_list<AValue> items);
+  // An array that takes over `items` without copying them.
+  static AArray FromValues(std::vector<AValue> items);
 
   std::size_t Count() const { return storage_->items.size(); }
   bool IsEmpty() const { return storage_->items.empty(); }

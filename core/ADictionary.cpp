@@ -19,6 +19,11 @@ ADictionary::ADictionary() : storage_(EmptyStorage()) {}
 
 ADictionary::ADictionary(std::shared_ptr<const ADictionaryStorage> storage) : storage_(std::move(storage)) {}
 
+ADictionary ADictionary::FromItems(Items items) {
+  if (items.empty()) return ADictionary();
+  return ADictionary(std::make_shared<const ADictionaryStorage>(ADictionaryStorage{std::move(items)}));
+}
+
 ADictionaryStorage& ADictionary::Mutable() {
   if (storage_.use_count() != 1) storage_ = std::make_shared<const ADictionaryStorage>(*storage_);
   // The storage is owned by this dictionary alone now, so writing to it is safe.
@@ -62,6 +67,40 @@ bool ADictionary::GetArray(const AQVString& key, AArray& out) const {
 }
 
 bool ADictionary::GetDictionary(const AQVString& key, ADictionary& out) const {
+  const AValue* value = Get(key);
+  return value != nullptr && value->GetDictionary(out);
+}
+
+bool ADictionary::Contains(const char* key) const {
+  return storage_->items.find(key) != storage_->items.end();
+}
+
+const AValue* ADictionary::Get(const char* key) const {
+  const auto found = storage_->items.find(key);
+  return found == storage_->items.end() ? nullptr : &found->second;
+}
+
+bool ADictionary::GetString(const char* key, AQVString& out) const {
+  out = AQVString();
+  const AValue* value = Get(key);
+  const AQVString* text = value == nullptr ? nullptr : value->AsString();
+  if (text == nullptr) return false;
+  out = *text;
+  return true;
+}
+
+AQVString ADictionary::GetString(const char* key) const {
+  AQVString text;
+  GetString(key, text);
+  return text;
+}
+
+bool ADictionary::GetArray(const char* key, AArray& out) const {
+  const AValue* value = Get(key);
+  return value != nullptr && value->GetArray(out);
+}
+
+bool ADictionary::GetDictionary(const char* key, ADictionary& out) const {
   const AValue* value = Get(key);
   return value != nullptr && value->GetDictionary(out);
 }

@@ -21,6 +21,10 @@ class ADictionary {
  public:
   ADictionary();
 
+  using Items = std::map<AQVString, AValue, std::less<>>;
+  // A dictionary that takes over `items` without copying them.
+  static ADictionary FromItems(Items items);
+
   // Parses property-list data (XML or binary). Nothing when the data is not
   // a property list or its root is not a dictionary.
   static std::optional<ADictionary> FromXML(std::string_view data);
@@ -38,6 +42,14 @@ class ADictionary {
   // Copies of the containers under `key`; false when absent or of another type.
   bool GetArray(const AQVString& key, AArray& out) const;
   bool GetDictionary(const AQVString& key, ADictionary& out) const;
+  // The same lookups for keys given as C strings (the library's key
+  // constants), without making an AQVString of the key.
+  bool Contains(const char* key) const;
+  const AValue* Get(const char* key) const;
+  bool GetString(const char* key, AQVString& out) const;
+  AQVString GetString(const char* key) const;
+  bool GetArray(const char* key, AArray& out) const;
+  bool GetDictionary(const char* key, ADictionary& out) const;
 
   void Set(const AQVString& key, const AValue& value);
   void Remove(const AQVString& key);

@@ -158,6 +158,33 @@ constexpr bool IsSortedByName() {
 }
 static_assert(IsSortedByName(), "the legacy names must stay sorted");
 
+// Identifiers that ICU gives back unchanged, answered without loading it
+// (tests/core hold the table to ICU's answers); sorted for the binary search.
+constexpr std::string_view kKnownCanonicalIdentifiers[] = {
+    "af", "am", "ar", "ar_SA", "as", "ay", "az", "be", "bg", "bg_BG", "bn", "bo", "br", "ca",
+    "ca_ES", "cs", "cs_CZ", "cy", "da", "da_DK", "de", "de_AT", "de_CH", "de_DE", "dz", "el",
+    "el_GR", "en", "en_AU", "en_CA", "en_GB", "en_IE", "en_IN", "en_NZ", "en_US", "eo", "es",
+    "es_419", "es_ES", "es_MX", "es_US", "et", "et_EE", "eu", "fa", "fi", "fi_FI", "fo", "fr",
+    "fr_BE", "fr_CA", "fr_CH", "fr_FR", "ga", "gd", "gl", "gn", "gu", "gv", "haw", "he", "he_IL",
+    "hi", "hi_IN", "hr", "hr_HR", "hu", "hu_HU", "hy", "id", "id_ID", "is", "is_IS", "it",
+    "it_CH", "it_IT", "iu", "ja", "ja_JP", "jv", "ka", "kk", "kl", "km", "kn", "ko", "ko_KR",
+    "ks", "ku", "ky", "la", "lo", "lt", "lt_LT", "lv", "lv_LV", "mg", "mk", "ml", "mn", "mr",
+    "ms", "ms_MY", "mt", "my", "nb", "nb_NO", "ne", "nl", "nl_BE", "nl_NL", "nn", "ny", "om",
+    "or", "pa", "pl", "pl_PL", "ps", "pt", "pt_BR", "pt_PT", "qu", "ro", "ro_RO", "ru", "ru_RU",
+    "rw", "sa", "sd", "se", "si", "sk", "sk_SK", "sl", "sl_SI", "so", "sq", "sr", "sr_RS", "su",
+    "sv", "sv_SE", "sw", "ta", "te", "tg", "th", "th_TH", "ti", "tk", "tl", "to", "tr", "tr_TR",
+    "tt", "ug", "uk", "uk_UA", "ur", "uz", "vi", "vi_VN", "yi", "zh", "zh_CN", "zh_HK",
+    "zh_Hans", "zh_Hant", "zh_SG", "zh_TW",
+};
+
+constexpr bool IsSortedIdentifiers() {
+  for (std::size_t i = 1; i < std::size(kKnownCanonicalIdentifiers); ++i) {
+    if (!(kKnownCanonicalIdentifiers[i - 1] < kKnownCanonicalIdentifiers[i])) return false;
+  }
+  return true;
+}
+static_assert(IsSortedIdentifiers(), "the known identifiers must stay sorted");
+
 // ICU wants invariant characters and identifiers of bounded length.
 constexpr std::size_t kMaxInputLength = 100;
 
@@ -180,6 +207,10 @@ std::optional<AQVString> Canonicalize(const std::string& text) {
   const auto legacy = std::lower_bound(std::begin(kLegacyNames), std::end(kLegacyNames), text,
                                        [](const LegacyName& entry, const std::string& key) { return entry.name < key; });
   if (legacy != std::end(kLegacyNames) && legacy->name == text) return AQVString(legacy->identifier);
+  if (std::binary_search(std::begin(kKnownCanonicalIdentifiers), std::end(kKnownCanonicalIdentifiers),
+                         std::string_view(text))) {
+    return AQVString(text);
+  }
   if (!IsInvariantText(text)) return std::nullopt;
 
   char buffer[ULOC_FULLNAME_CAPACITY + 1] = {};
@@ -262,6 +293,10 @@ Cache& SharedCache() {
 std::optional<AQVString> ALocale::CanonicalLocaleIdentifier(const AQVString& text) {
   Cache& cache = SharedCache();
   return cache.Get(cache.canonical, text.UTF8(), Canonicalize);
+}
+
+std::vector<std::string_view> ALocale::KnownCanonicalIdentifiers() {
+  return {std::begin(kKnownCanonicalIdentifiers), std::end(kKnownCanonicalIdentifiers)};
 }
 
 std::optional<AQVString> ALocale::EnglishDisplayName(const AQVString& localeID) {

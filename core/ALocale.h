@@ -3,6 +3,8 @@
 // bundles and "LanguageVersion" use ("English", "French", ...).
 
 #include <optional>
+#include <string_view>
+#include <vector>
 
 #include "core/AQVString.h"
 
@@ -16,6 +18,9 @@ class ALocale {
   // The English display name of a locale identifier ("fr" gives "French",
   // "pt_BR" "Portuguese (Brazil)"); nothing when none can be had.
   static std::optional<AQVString> EnglishDisplayName(const AQVString& localeID);
+  // The identifiers that CanonicalLocaleIdentifier answers from a table of
+  // its own, without loading ICU: each is its own canonical form.
+  static std::vector<std::string_view> KnownCanonicalIdentifiers();
 };
 
 }  // namespace com_qv_print_driver_core_cpp_util_v1

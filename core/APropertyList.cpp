@@ -13,6 +13,7 @@
 
 #include "core/AArray.h"
 #include "core/ADictionary.h"
+#include "core/AXMLPropertyListReader.h"
 
 namespace com_qv_print_driver_core_cpp_util_v1 {
 
@@ -42,6 +43,8 @@ std::uint64_t ReadBigEndian(const unsigned char* p, std::size_t size) {
 
 const char kNotAPropertyList[] = "the data is not a property list";
 const char kTooDeep[] = "the property list nests deeper than 256 levels";
+// libplist aborts on a dictionary key with a NUL character in it.
+const char kNulCharacter[] = "a string in the property list holds a NUL character";
 
 // The binary object table, read without trusting it: libplist recurses once
 // per nesting level (a deep file overflows the stack), drops lone UTF-16
@@ -111,11 +114,13 @@ class BinaryScan {
     if (item.kind == 0x5) {
       for (std::uint64_t i = 0; i < item.length; ++i) {
         if (text[i] >= 0x80) return Fail(problem, "a string in the property list is not valid UTF-8");
+        if (text[i] == 0) return Fail(problem, kNulCharacter);
       }
       return true;
     }
     for (std::uint64_t i = 0; i < item.length; ++i) {
       const unsigned unit = (unsigned{text[2 * i]} << 8) | text[2 * i + 1];
+      if (unit == 0) return Fail(problem, kNulCharacter);
       bool lone = unit >= 0xDC00 && unit <= 0xDFFF;
       if (unit >= 0xD800 && unit <= 0xDBFF) {
         const unsigned next = i + 1 < item.length ? (unsigned{text[2 * i + 2]} << 8) | text[2 * i + 3] : 0;
@@ -366,6 +371,9 @@ bool APropertyList::Parse(std::string_view data, AValue& out, AQVString* problem
     return false;
   }
   const bool binary = data.substr(0, kBinaryMagic.size()) == kBinaryMagic;
+  // Plain XML, by far the common case, is read in one pass; the rest takes
+  // the checked libplist path below.
+  if (!binary && AXMLPropertyListReader::Read(data, out)) return true;
   if (binary ? !BinaryScan(data).Check(problem) : !CheckXMLNesting(data, problem)) return false;
   plist_t root = nullptr;
   if (binary) {

@@ -12,8 +12,9 @@ class APropertyList {
  public:
   // Parses XML or binary property-list data into `out`. Returns false with a
   // reason in *problem (when non-null) for data that is not a property list,
-  // holds invalid UTF-8 or a lone UTF-16 surrogate in a string, an integer
-  // outside the signed 64-bit range or a UID, or nests deeper than 256 levels.
+  // holds invalid UTF-8 or a lone UTF-16 surrogate in a string, a NUL
+  // character in a string of a binary list, an integer outside the signed
+  // 64-bit range or a UID, or nests deeper than 256 levels.
   static bool Parse(std::string_view data, AValue& out, AQVString* problem = nullptr);
 
   // Reads and parses the file at `path`; the reason names an unreadable file too.

@@ -282,14 +282,9 @@ std::size_t AQVString::ReverseFind(const AQVString& what, std::size_t before) co
   return found == std::string::npos ? npos : UnitsUpTo(found);
 }
 
-bool AQVString::StartsWith(const AQVString& prefix) const {
-  return text_.compare(0, prefix.text_.size(), prefix.text_) == 0 && text_.size() >= prefix.text_.size();
-}
+bool AQVString::StartsWith(const AQVString& prefix) const { return text_.starts_with(prefix.text_); }
 
-bool AQVString::EndsWith(const AQVString& suffix) const {
-  return text_.size() >= suffix.text_.size() &&
-         text_.compare(text_.size() - suffix.text_.size(), suffix.text_.size(), suffix.text_) == 0;
-}
+bool AQVString::EndsWith(const AQVString& suffix) const { return text_.ends_with(suffix.text_); }
 
 char16_t AQVString::CharAt(std::size_t pos) const {
   if (pos < text_.size() && AllASCII(text_.data(), pos + 1)) return static_cast<char16_t>(text_[pos]);

@@ -10,6 +10,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace com_qv_print_driver_core_cpp_util_v1 {
@@ -33,6 +34,13 @@ class AQVString {
   static std::optional<AQVString> FromUTF16(std::u16string_view units);
   // Decimal text of a number.
   static AQVString FromInteger(long long value);
+  // Takes over bytes that are valid UTF-8 by construction (text the library
+  // assembled from valid strings) without checking them again.
+  static AQVString FromTrustedUTF8(std::string&& utf8) {
+    AQVString text;
+    text.text_ = std::move(utf8);
+    return text;
+  }
 
   // The UTF-8 bytes (always valid UTF-8).
   const std::string& UTF8() const { return text_; }
@@ -104,6 +112,9 @@ class AQVString {
   friend bool operator==(const AQVString& a, const AQVString& b) { return a.text_ == b.text_; }
   friend bool operator==(const AQVString& a, const char* b) { return a.text_ == b; }
   friend auto operator<=>(const AQVString& a, const AQVString& b) { return a.text_ <=> b.text_; }
+  // Lets maps keyed by AQVString be searched with a C string, without a
+  // temporary AQVString (std::less<>).
+  friend auto operator<=>(const AQVString& a, const char* b) { return std::string_view(a.text_) <=> std::string_view(b); }
 
  private:
   // Byte offset of the UTF-16 position `pos` (clamped to the end).

@@ -63,41 +63,46 @@ int HexDigit(char c) {
   return -1;
 }
 
+AQVString Trusted(std::string_view utf8) {
+  AQVString text;
+  text.Append(utf8);
+  return text;
+}
+
 // The classic text form, parsed all or nothing.
 class TextParser {
  public:
   explicit TextParser(const std::string& text) : text_(text) {}
 
-  std::optional<ADictionary> Parse() {
-    ADictionary table;
-    if (!SkipSpaceAndComments()) return std::nullopt;
+  // Entries in file order; `text_` is valid UTF-8, and so is every string
+  // read from it.
+  bool Parse(std::vector<std::pair<AQVString, AQVString>>& entries) {
+    if (!SkipSpaceAndComments()) return false;
     const bool braced = i_ < text_.size() && text_[i_] == '{';
     if (braced) ++i_;
+    std::string key;
+    std::string value;
     while (true) {
-      if (!SkipSpaceAndComments()) return std::nullopt;
-      if (i_ >= text_.size()) {
-        if (braced) return std::nullopt;
-        return table;
-      }
+      if (!SkipSpaceAndComments()) return false;
+      if (i_ >= text_.size()) return !braced;
       if (braced && text_[i_] == '}') {
         ++i_;
-        if (!SkipSpaceAndComments() || i_ < text_.size()) return std::nullopt;
-        return table;
+        return SkipSpaceAndComments() && i_ >= text_.size();
       }
-      std::string key;
-      if (!ReadString(key) || !SkipSpaceAndComments() || i_ >= text_.size()) return std::nullopt;
-      std::string value;
+      key.clear();
+      value.clear();
+      if (!ReadString(key) || !SkipSpaceAndComments() || i_ >= text_.size()) return false;
       if (text_[i_] == ';') {
         // `"key";` is short for a value equal to the key.
         value = key;
       } else {
-        if (text_[i_] != '=') return std::nullopt;
+        if (text_[i_] != '=') return false;
         ++i_;
-        if (!SkipSpaceAndComments() || !ReadString(value) || !SkipSpaceAndComments()) return std::nullopt;
-        if (i_ >= text_.size() || text_[i_] != ';') return std::nullopt;
+        if (!SkipSpaceAndComments() || !ReadString(value) || !SkipSpaceAndComments()) return false;
+        if (i_ >= text_.size() || text_[i_] != ';') return false;
       }
       ++i_;
-      table.Set(AQVString(std::move(key)), AValue(AQVString(std::move(value))));
+      entries.emplace_back(Trusted(key), Trusted(value));
     }
   }
 
@@ -106,6 +111,8 @@ class TextParser {
     while (i_ < text_.size()) {
       if (IsSpace(text_[i_])) {
         ++i_;
+      } else if (text_[i_] != '/') {
+        break;
       } else if (text_.compare(i_, 2, "/*") == 0) {
         const std::size_t end = text_.find("*/", i_ + 2);
         if (end == std::string::npos) return false;
@@ -130,8 +137,9 @@ class TextParser {
     }
     ++i_;
     while (i_ < text_.size()) {
-      const std::size_t special = text_.find_first_of("\"\\", i_);
-      if (special == std::string::npos) return false;
+      std::size_t special = i_;
+      while (special < text_.size() && text_[special] != '"' && text_[special] != '\\') ++special;
+      if (special == text_.size()) return false;
       out.append(text_, i_, special - i_);
       i_ = special + 1;
       if (text_[special] == '"') return true;
@@ -203,26 +211,37 @@ class TextParser {
   std::size_t i_ = 0;
 };
 
-std::optional<ADictionary> ParsePropertyList(std::string_view data) {
+bool ParsePropertyList(std::string_view data, std::vector<std::pair<AQVString, AQVString>>& entries) {
   AValue root;
   ADictionary dictionary;
-  if (!APropertyList::Parse(data, root) || !root.GetDictionary(dictionary)) return std::nullopt;
-  ADictionary table;
+  if (!APropertyList::Parse(data, root) || !root.GetDictionary(dictionary)) return false;
   for (const auto& [key, value] : dictionary) {
-    if (value.IsString()) table.Set(key, value);
+    if (const AQVString* text = value.AsString()) entries.emplace_back(key, *text);
   }
-  return table;
+  return true;
 }
 
 }  // namespace
 
-std::optional<ADictionary> AStringsTable::Parse(std::string_view data) {
-  if (data.substr(0, 8) == "bplist00") return ParsePropertyList(data);
+bool AStringsTable::ParseEntries(std::string_view data,
+                                 std::vector<std::pair<AQVString, AQVString>>& entries) {
+  entries.clear();
+  if (data.substr(0, 8) == "bplist00") return ParsePropertyList(data, entries);
   const std::optional<std::string> text = DecodeText(data);
-  if (!text) return std::nullopt;
+  if (!text) return false;
   const std::size_t first = text->find_first_not_of(" \t\n\r\v\f");
-  if (first != std::string::npos && (*text)[first] == '<') return ParsePropertyList(*text);
-  return TextParser(*text).Parse();
+  if (first != std::string::npos && (*text)[first] == '<') return ParsePropertyList(*text, entries);
+  if (TextParser(*text).Parse(entries)) return true;
+  entries.clear();
+  return false;
+}
+
+std::optional<ADictionary> AStringsTable::Parse(std::string_view data) {
+  std::vector<std::pair<AQVString, AQVString>> entries;
+  if (!ParseEntries(data, entries)) return std::nullopt;
+  ADictionary::Items table;
+  for (auto& [key, value] : entries) table.insert_or_assign(std::move(key), AValue(std::move(value)));
+  return ADictionary::FromItems(std::move(table));
 }
 
 }  // namespace com_qv_print_driver_core_cpp_util_v1

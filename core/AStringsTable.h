@@ -6,6 +6,8 @@
 
 #include <optional>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "core/ADictionary.h"
 
@@ -16,6 +18,10 @@ class AStringsTable {
   // The table (string keys to string values); nothing when the data is
   // neither form. Entries whose value is not a string are dropped.
   static std::optional<ADictionary> Parse(std::string_view data);
+  // The same table as its entries: in file order for the text form, where
+  // a later entry of the same key replaces an earlier one, in key order for
+  // a property list. False when the data is neither form.
+  static bool ParseEntries(std::string_view data, std::vector<std::pair<AQVString, AQVString>>& entries);
 };
 
 }  // namespace com_qv_print_driver_core_cpp_util_v1

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 #include <variant>
 
 #include "core/AQVString.h"
@@ -28,6 +29,7 @@ class AValue {
   AValue(long long value) : value_(static_cast<std::int64_t>(value)) {}  // NOLINT
   AValue(double value) : value_(value) {}                     // NOLINT
   AValue(const AQVString& value) : value_(value) {}           // NOLINT
+  AValue(AQVString&& value) : value_(std::move(value)) {}     // NOLINT
   AValue(const char* value) : value_(AQVString(value)) {}     // NOLINT
   AValue(const AArray& value);                                // NOLINT
   AValue(const ADictionary& value);                           // NOLINT

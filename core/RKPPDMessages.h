@@ -79,6 +79,20 @@ inline constexpr Message kProductWrongCount{5, "%@: %@ has %d elements, expected
 // Not an error: an unknown root key (file, key) is reported as a warning.
 inline constexpr const char* kProductUnknownKeyWarning = "%@: unknown key \"%@\"";
 
+// Reading PPD files (code 6, same domain).
+// The reason why libcups cannot be used (it names the library and the package).
+inline constexpr Message kCupsLibraryUnavailable{6, "cannot read PPD files: %@"};
+// File, then the reason: kPPDFileMissing, kPPDFileIsDirectory or the system's.
+inline constexpr Message kPPDFileUnreadable{6, "%@: cannot read the PPD file: %@"};
+inline constexpr const char* kPPDFileMissing = "no such file";
+inline constexpr const char* kPPDFileIsDirectory = "it is a directory";
+// File, libcups's error text, line number.
+inline constexpr Message kPPDFileRejected{6, "%@: libcups rejects the PPD file: %@ on line %d"};
+// File, its LanguageEncoding, the text (bytes outside 32..126 as \xHH).
+inline constexpr Message kPPDTextNotDecodable{6, "%@: text that is not valid in the file's LanguageEncoding %@: \"%@\""};
+// File: the document could not be built (out of memory).
+inline constexpr Message kPPDDocumentNotCreated{6, "%@: the PPD document cannot be created"};
+
 }  // namespace ppdforge::messages
 
 #include <vector>

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -46,8 +47,9 @@ struct Shape {
   // Arrays: the shape of every element. Dictionaries: the shape of every
   // value whose key is not a member.
   const Shape* element = nullptr;
-  // Dictionaries: the known keys.
+  // Dictionaries: the known keys, and their names for the lookup.
   std::vector<Member> members;
+  std::vector<std::string_view> memberNames;
   // Arrays: the exact number of elements, when not 0.
   std::size_t count = 0;
   // Dictionaries: "option-N" and "choice-N" hold strings.
@@ -74,6 +76,7 @@ Shape Record(std::vector<Member> members, bool numberedKeys = false) {
   Shape shape;
   shape.kind = Kind::kDictionary;
   shape.members = std::move(members);
+  for (const Member& member : shape.members) shape.memberNames.emplace_back(member.key);
   shape.numberedKeys = numberedKeys;
   return shape;
 }
@@ -272,6 +275,28 @@ const Shapes& KnownShapes() {
   return shapes;
 }
 
+// Where a value stands in the description ("options.QVPaperInfo.values[3]"),
+// as a chain through the caller's frames; the text is made only for an error.
+struct Path {
+  const Path* parent = nullptr;
+  const AQVString* key = nullptr;  // null: an element `index` of an array
+  std::size_t index = 0;
+
+  AQVString Text() const {
+    if (parent == nullptr) return key != nullptr ? *key : AQVString();
+    const AQVString above = parent->Text();
+    return key != nullptr ? MemberPath(above, *key) : ElementPath(above, index);
+  }
+};
+
+// The index of `key` among the members of `shape`, or npos.
+std::size_t MemberIndex(const Shape& shape, std::string_view key) {
+  for (std::size_t i = 0; i < shape.memberNames.size(); ++i) {
+    if (key == shape.memberNames[i]) return i;
+  }
+  return static_cast<std::size_t>(-1);
+}
+
 // Walks a description against its shapes; the first problem ends the walk
 // with an input error naming the source and the key path.
 class Checker {
@@ -279,21 +304,28 @@ class Checker {
   Checker(const AQVString& source, AError* error) : source_(source), error_(error) {}
 
   bool Check(const AValue& value, const Shape& shape, const AQVString& path) const {
+    const Path root{nullptr, &path, 0};
+    return Check(value, shape, root);
+  }
+
+ private:
+  bool Check(const AValue& value, const Shape& shape, const Path& path) const {
     if (!Matches(value, shape.kind)) {
       return messages::Report(error_, messages::kProductWrongType,
-                              {source_, path, AQVString(Found(value)), AQVString(Expected(shape))});
+                              {source_, path.Text(), AQVString(Found(value)), AQVString(Expected(shape))});
     }
     if (shape.kind == Kind::kArray) {
       AArray array;
       value.GetArray(array);
       if (shape.count != 0 && array.Count() != shape.count) {
         return messages::Report(error_, messages::kProductWrongCount,
-                                {source_, path, static_cast<long long>(array.Count()),
+                                {source_, path.Text(), static_cast<long long>(array.Count()),
                                  static_cast<long long>(shape.count)});
       }
       if (shape.element == nullptr) return true;
       for (std::size_t i = 0; i < array.Count(); ++i) {
-        if (!Check(array[i], *shape.element, ElementPath(path, i))) return false;
+        const Path element{&path, nullptr, i};
+        if (!Check(array[i], *shape.element, element)) return false;
       }
       return true;
     }
@@ -305,38 +337,45 @@ class Checker {
     return true;
   }
 
- private:
-  bool CheckDictionary(const ADictionary& dictionary, const Shape& shape,
-                       const AQVString& path) const {
-    for (const Member& member : shape.members) {
-      const AValue* value = dictionary.Get(member.key);
-      if (value == nullptr) {
+  // Members in their declared order first, then the other keys in key
+  // order; one pass over the dictionary finds the members.
+  bool CheckDictionary(const ADictionary& dictionary, const Shape& shape, const Path& path) const {
+    constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+    std::vector<const AValue*> found(shape.members.size(), nullptr);
+    std::size_t others = 0;
+    for (const auto& [key, value] : dictionary) {
+      const std::size_t index = MemberIndex(shape, key.UTF8());
+      if (index != kNone) {
+        found[index] = &value;
+      } else {
+        ++others;
+      }
+    }
+    for (std::size_t i = 0; i < shape.members.size(); ++i) {
+      const Member& member = shape.members[i];
+      if (found[i] == nullptr) {
         if (member.required) {
           return messages::Report(error_, messages::kProductMissingKey,
-                                  {source_, path, AQVString(member.key)});
+                                  {source_, path.Text(), AQVString(member.key)});
         }
         continue;
       }
-      if (!Check(*value, *member.shape, MemberPath(path, member.key))) return false;
+      const AQVString key(member.key);
+      const Path child{&path, &key, 0};
+      if (!Check(*found[i], *member.shape, child)) return false;
     }
-    if (shape.element == nullptr && !shape.numberedKeys) return true;
+    if (others == 0 || (shape.element == nullptr && !shape.numberedKeys)) return true;
     const Shapes& shapes = KnownShapes();
     for (const auto& [key, value] : dictionary) {
-      if (IsMember(shape, key)) continue;
+      if (MemberIndex(shape, key.UTF8()) != kNone) continue;
+      const Path child{&path, &key, 0};
       if (shape.numberedKeys && IsNumberedKey(key)) {
-        if (!Check(value, shapes.string, MemberPath(path, key))) return false;
+        if (!Check(value, shapes.string, child)) return false;
       } else if (shape.element != nullptr) {
-        if (!Check(value, *shape.element, MemberPath(path, key))) return false;
+        if (!Check(value, *shape.element, child)) return false;
       }
     }
     return true;
-  }
-
-  static bool IsMember(const Shape& shape, const AQVString& key) {
-    for (const Member& member : shape.members) {
-      if (key == member.key) return true;
-    }
-    return false;
   }
 
   AQVString source_;

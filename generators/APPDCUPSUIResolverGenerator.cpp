@@ -1,5 +1,7 @@
 #include "generators/APPDCUPSUIResolverGenerator.h"
 
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/AFormatter.h"
@@ -15,8 +17,18 @@ PPDFORGE_REGISTER_GENERATOR(APPDCUPSUIResolverGenerator);
 
 namespace {
 
+// "option-%d" with 3 gives "option-3". The key formats end in their one
+// "%d", so the formatter is needed only for another kind of format.
 AQVString NumberedKey(const char* format, long long number) {
-  return AFormatter::FormatTrusted(format, {number});
+  const std::string_view text(format);
+  if (text.size() < 2 || text.substr(text.size() - 2) != "%d" ||
+      text.find('%') != text.size() - 2) {
+    return AFormatter::FormatTrusted(format, {number});
+  }
+  AQVString key;
+  key.Append(text.substr(0, text.size() - 2));
+  key.Append(std::to_string(number));
+  return key;
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include "generators/APPDGenericConstraintsGenerator.h"
 
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/AFormatter.h"
@@ -15,8 +17,26 @@ PPDFORGE_REGISTER_GENERATOR(APPDGenericConstraintsGenerator);
 
 namespace {
 
+// "option-%d" with 3 gives "option-3". The key formats end in their one
+// "%d", so the formatter is needed only for another kind of format.
 AQVString NumberedKey(const char* format, long long number) {
-  return AFormatter::FormatTrusted(format, {number});
+  const std::string_view text(format);
+  if (text.size() < 2 || text.substr(text.size() - 2) != "%d" ||
+      text.find('%') != text.size() - 2) {
+    return AFormatter::FormatTrusted(format, {number});
+  }
+  AQVString key;
+  key.Append(text.substr(0, text.size() - 2));
+  key.Append(std::to_string(number));
+  return key;
+}
+
+// The string at `index` as GetStringAt gives it (empty past the end or for
+// another type), without a copy: this runs for every pair of constraints.
+std::string_view StringAt(const AArray& array, std::size_t index) {
+  if (index >= array.Count()) return std::string_view();
+  const AQVString* text = array[index].AsString();
+  return text != nullptr ? std::string_view(text->UTF8()) : std::string_view();
 }
 
 IPPD* Document(const IPPDGenerator* engine) {
@@ -29,12 +49,13 @@ bool MatchesOptionsAndChoices(const IPPDConstraint& constraint, const AArray& op
                               const AArray& choices) {
   const AArray& held = constraint.GetOptions();
   if (held.Count() != options.Count()) return false;
+  const AArray& heldChoices = constraint.GetChoices();
   for (std::size_t i = 0; i < options.Count(); ++i) {
-    const AQVString option = options.GetStringAt(i);
+    const std::string_view option = StringAt(options, i);
     std::size_t position = 0;
-    while (position < held.Count() && held.GetStringAt(position) != option) ++position;
+    while (position < held.Count() && StringAt(held, position) != option) ++position;
     if (position == held.Count()) return false;
-    if (constraint.GetChoiceAtIndex(position) != choices.GetStringAt(i)) return false;
+    if (StringAt(heldChoices, position) != StringAt(choices, i)) return false;
   }
   return true;
 }
@@ -183,9 +204,25 @@ void APPDGenericConstraintsGenerator::RemoveConstraintsForOptionsAndChoices(cons
                                                                            const AArray& choices) {
   IPPD* ppd = Document(GetPPDGenerator());
   if (ppd == nullptr) return;
+  // A match of one or two options holds each given pair at its index 0 or 1,
+  // so the document's index of such pairs gives the candidates (the smaller
+  // list of the two) without a walk over every constraint.
+  std::vector<IPPDConstraint*> candidates;
+  const std::vector<IPPDConstraint*>* walked = &ppd->GetConstraints();
+  if (options.Count() == 1 || options.Count() == 2) {
+    ppd->GetConstraintsWithOptionAndChoice(AQVString(StringAt(options, 0)), AQVString(StringAt(choices, 0)),
+                                           candidates);
+    if (options.Count() == 2 && !candidates.empty()) {
+      std::vector<IPPDConstraint*> second;
+      ppd->GetConstraintsWithOptionAndChoice(AQVString(StringAt(options, 1)),
+                                             AQVString(StringAt(choices, 1)), second);
+      if (second.size() < candidates.size()) candidates.swap(second);
+    }
+    walked = &candidates;
+  }
   // Collected first: removing while walking the document's list would skip entries.
   std::vector<IPPDConstraint*> matches;
-  for (IPPDConstraint* constraint : ppd->GetConstraints()) {
+  for (IPPDConstraint* constraint : *walked) {
     if (constraint != nullptr && MatchesOptionsAndChoices(*constraint, options, choices)) {
       matches.push_back(constraint);
     }

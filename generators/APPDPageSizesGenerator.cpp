@@ -2,7 +2,10 @@
 
 #include <cups/ppd.h>
 
+#include <charconv>
 #include <optional>
+#include <string>
+#include <system_error>
 
 #include "core/AFormatter.h"
 #include "core/ARKMediaSizeRect.h"
@@ -19,9 +22,38 @@ PPDFORGE_REGISTER_GENERATOR(APPDPageSizesGenerator);
 
 namespace {
 
-constexpr const char* kPageSizeCodeFormat =
-    "<</PageSize[%.2f %.2f] /ImagingBBox null%@>> setpagedevice";
-constexpr const char* kBorderlessSuffixFormat = "/cupsBorderlessScalingFactor %.2f";
+// The code of a media size and its borderless suffix, which follows "null"
+// directly: "<</PageSize[%.2f %.2f] /ImagingBBox null%@>> setpagedevice"
+// with "/cupsBorderlessScalingFactor %.2f".
+
+// printf's "%.2f": the shortest correctly rounded text with two decimals.
+void AppendTwoDecimals(std::string& out, double value) {
+  char buffer[64];
+  const auto result = std::to_chars(buffer, buffer + sizeof(buffer), value, std::chars_format::fixed, 2);
+  if (result.ec == std::errc()) {
+    out.append(buffer, result.ptr);
+  } else {
+    out += AFormatter::FormatTrusted("%.2f", {value}).UTF8();
+  }
+}
+
+// That code filled in, without the general formatter (it would cost more
+// than the rest of a media size).
+AQVString PageSizeCode(double width, double height, bool borderless, double scaleFactor) {
+  std::string code = "<</PageSize[";
+  AppendTwoDecimals(code, width);
+  code += ' ';
+  AppendTwoDecimals(code, height);
+  code += "] /ImagingBBox null";
+  if (borderless) {
+    code += "/cupsBorderlessScalingFactor ";
+    AppendTwoDecimals(code, scaleFactor);
+  }
+  code += ">> setpagedevice";
+  AQVString text;
+  text.Append(code);
+  return text;
+}
 
 double NumberFor(const ADictionary& media, const char* key) {
   const AValue* value = media.Get(key);
@@ -74,15 +106,11 @@ bool APPDPageSizesGenerator::Generate(AError* error) {
     const double pageBottom = NumberFor(media, kRKPPDPageSizePageRectBottomKey);
     const double pageRight = NumberFor(media, kRKPPDPageSizePageRectRightKey);
 
-    AQVString borderless;
-    if (FlagFor(media, kRKPPDPageSizeSupportsFullBleedKey)) {
-      borderless = AFormatter::FormatTrusted(
-          kBorderlessSuffixFormat, {NumberFor(media, kRKPPDPageSizeOversprayScaleFactorKey)});
-    }
+    const bool borderless = FlagFor(media, kRKPPDPageSizeSupportsFullBleedKey);
+    const double scaleFactor = borderless ? NumberFor(media, kRKPPDPageSizeOversprayScaleFactorKey) : 0;
     const double width = paperRight - paperLeft;
     const double height = paperBottom - paperTop;
-    const AQVString code =
-        AFormatter::FormatTrusted(kPageSizeCodeFormat, {width, height, borderless});
+    const AQVString code = PageSizeCode(width, height, borderless, scaleFactor);
 
     AScopedRef<IPPDChoice> choice(IPPDChoice::Create(ppdName, name, code, ""));
     // PageSize keeps a copy; PageRegion holds the choice itself.

@@ -3,6 +3,7 @@
 #include <map>
 #include <optional>
 #include <unordered_set>
+#include <utility>
 
 #include "core/RKPPDMessages.h"
 #include "generators/APPDProductData.h"

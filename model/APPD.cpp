@@ -32,6 +32,14 @@ void HashArray(std::size_t& seed, const AArray& array) {
   }
 }
 
+// The key of the choice index: an option keyword and one of its choices.
+std::string ChoiceKey(const AQVString& option, const AQVString& choice) {
+  std::string key = option.UTF8();
+  key += '\n';
+  key += choice.UTF8();
+  return key;
+}
+
 std::size_t ConstraintHash(const IPPDConstraint& constraint) {
   std::size_t seed = 0;
   HashArray(seed, constraint.GetOptions());
@@ -140,6 +148,7 @@ void APPD::ReleaseAll() {
   }
   constraints_.clear();
   constraintIndex_.clear();
+  choiceIndex_.clear();
   if (localizer_ != nullptr) localizer_->Release();
   localizer_ = nullptr;
 }
@@ -221,22 +230,52 @@ void APPD::RemoveAttributesWithNameAndSpec(const AQVString& name, const AQVStrin
   }
 }
 
+void APPD::MoveAttributeNameToFront(const AQVString& name) {
+  const auto it = std::find(attributeOrder_.begin(), attributeOrder_.end(), name);
+  if (it == attributeOrder_.end()) {
+    orderedNames_.insert(name);
+    attributeOrder_.insert(attributeOrder_.begin(), name);
+    return;
+  }
+  std::rotate(attributeOrder_.begin(), it, it + 1);
+}
+
+void APPD::MoveAttributeNameToBack(const AQVString& name) {
+  const auto it = std::find(attributeOrder_.begin(), attributeOrder_.end(), name);
+  if (it == attributeOrder_.end()) {
+    orderedNames_.insert(name);
+    attributeOrder_.push_back(name);
+    return;
+  }
+  std::rotate(it, it + 1, attributeOrder_.end());
+}
+
 // Constraints.
 
 void APPD::StoreConstraint(IPPDConstraint* constraint) {
   constraints_.push_back(constraint);
-  if (constraintIndexValid_) constraintIndex_[ConstraintHash(*constraint)].push_back(constraint);
+  if (constraintIndexValid_) IndexConstraint(constraint);
   constraint->SetPPD(this);
 }
 
+void APPD::IndexConstraint(IPPDConstraint* constraint) const {
+  constraintIndex_[ConstraintHash(*constraint)].push_back(constraint);
+  const std::string first = ChoiceKey(constraint->GetOptionAtIndex(0), constraint->GetChoiceAtIndex(0));
+  const std::string second = ChoiceKey(constraint->GetOptionAtIndex(1), constraint->GetChoiceAtIndex(1));
+  choiceIndex_[first].push_back(constraint);
+  if (second != first) choiceIndex_[second].push_back(constraint);
+}
+
+void APPD::EnsureConstraintIndex() const {
+  if (constraintIndexValid_) return;
+  constraintIndex_.clear();
+  choiceIndex_.clear();
+  for (IPPDConstraint* held : constraints_) IndexConstraint(held);
+  constraintIndexValid_ = true;
+}
+
 IPPDConstraint* APPD::FindEqualConstraint(const IPPDConstraint& constraint) const {
-  if (!constraintIndexValid_) {
-    constraintIndex_.clear();
-    for (IPPDConstraint* held : constraints_) {
-      constraintIndex_[ConstraintHash(*held)].push_back(held);
-    }
-    constraintIndexValid_ = true;
-  }
+  EnsureConstraintIndex();
   const auto it = constraintIndex_.find(ConstraintHash(constraint));
   if (it == constraintIndex_.end()) return nullptr;
   for (IPPDConstraint* held : it->second) {
@@ -293,7 +332,10 @@ void APPD::RemoveConstraintsForOption(const AQVString& option) {
 void APPD::GetConstraintsWithOptionAndChoice(const AQVString& option, const AQVString& choice,
                                              std::vector<IPPDConstraint*>& out) const {
   out.clear();
-  for (IPPDConstraint* constraint : constraints_) {
+  EnsureConstraintIndex();
+  const auto it = choiceIndex_.find(ChoiceKey(option, choice));
+  if (it == choiceIndex_.end()) return;
+  for (IPPDConstraint* constraint : it->second) {
     if ((constraint->GetOptionAtIndex(0) == option && constraint->GetChoiceAtIndex(0) == choice) ||
         (constraint->GetOptionAtIndex(1) == option && constraint->GetChoiceAtIndex(1) == choice)) {
       out.push_back(constraint);

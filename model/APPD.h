@@ -3,6 +3,7 @@
 // groups, paper sizes and constraints and writes the whole PPD file.
 
 #include <map>
+#include <string>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -89,6 +90,15 @@ class APPD : public IPPD, public APPDCommentable {
   bool operator==(const IPPD& other) const override;
   bool operator!=(const IPPD& other) const override { return !(*this == other); }
 
+  // Every attribute name in order of first arrival, including names whose
+  // attributes were all removed.
+  const std::vector<AQVString>& GetAttributeNames() const { return attributeOrder_; }
+  // Puts `name` first in the order of attribute names (appending it when it
+  // is not there yet), so that its attributes are written first.
+  void MoveAttributeNameToFront(const AQVString& name);
+  // Puts `name` last in that order (appending it when it is not there yet).
+  void MoveAttributeNameToBack(const AQVString& name);
+
   // Called by a held paper size whose ID changed and by a held constraint
   // that changed: the lookup index is rebuilt on its next use.
   void InvalidatePaperSizeIndex() { paperSizeIndexValid_ = false; }
@@ -116,6 +126,10 @@ class APPD : public IPPD, public APPDCommentable {
   void EraseConstraintAt(std::size_t index);
   // The first held constraint equal to `constraint`, or null.
   IPPDConstraint* FindEqualConstraint(const IPPDConstraint& constraint) const;
+  // Adds a held constraint to both constraint indexes.
+  void IndexConstraint(IPPDConstraint* constraint) const;
+  // Rebuilds both constraint indexes when a change invalidated them.
+  void EnsureConstraintIndex() const;
   void ReleaseAll();
 
   std::map<AQVString, std::vector<IPPDAttribute*>> attributes_;
@@ -132,6 +146,9 @@ class APPD : public IPPD, public APPDCommentable {
   mutable bool paperSizeIndexValid_ = true;
   // Content hash to the constraints with that hash, in document order.
   mutable std::unordered_map<std::size_t, std::vector<IPPDConstraint*>> constraintIndex_;
+  // "OPTION LF CHOICE" of the first and of the second option to the
+  // constraints holding that pair, in document order; valid with the above.
+  mutable std::unordered_map<std::string, std::vector<IPPDConstraint*>> choiceIndex_;
   mutable bool constraintIndexValid_ = true;
   // Set only while GetStringRepresentation runs, so that every element asks
   // for the languages without the attributes being read again.

@@ -1,7 +1,16 @@
 #include "model/APPDAttribute.h"
 
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
+#include <cups/ppd.h>
+#pragma GCC diagnostic pop
+
+#include "model/APPDTextDecoder.h"
+
+#include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 
 #include "core/ASharedObject.h"
 #include "model/APPDStatement.h"
@@ -146,9 +155,13 @@ AQVString APPDAttribute::GetStringRepresentation(AError* error) const {
     languages.insert(languages.begin(), IPPDLocalizer::GetLocaleID(mainLanguage));
   }
 
-  const APPDStatement statement(name_, spec_, mainText, value_, valueType_, AQVString());
-  const AQVString mainLine = statement.GetStringRepresentation(error);
-  if (mainLine.IsEmpty()) return AQVString();
+  // Lines are appended by the statement rules, without a statement object
+  // per line.
+  std::string mainLine;
+  if (!APPDStatement::Append(mainLine, name_.UTF8(), spec_.UTF8(), mainText.UTF8(), value_.UTF8(), valueType_,
+                             std::string_view(), error)) {
+    return AQVString();
+  }
 
   const AQVString& comment = GetComment();
   const AQVString commentLines = APPDStatement::CommentLines(comment, error);
@@ -156,31 +169,52 @@ AQVString APPDAttribute::GetStringRepresentation(AError* error) const {
 
   std::string out;
   if (commentLines.IsEmpty()) {
-    out = mainLine.UTF8();
+    out = std::move(mainLine);
   } else if (name_ == kPPDAdobeKeyword) {
     // That line must open the file, so its comment follows it.
-    out.reserve(mainLine.ByteLength() + commentLines.ByteLength() + 1);
-    out = mainLine.UTF8();
+    out.reserve(mainLine.size() + commentLines.ByteLength() + 1);
+    out = mainLine;
     out += '\n';
     out += commentLines.UTF8();
   } else {
-    out.reserve(mainLine.ByteLength() + commentLines.ByteLength() + 1);
+    out.reserve(mainLine.size() + commentLines.ByteLength() + 1);
     out = commentLines.UTF8();
     out += '\n';
-    out += mainLine.UTF8();
+    out += mainLine;
   }
 
   if (!text_.IsEmpty()) {
+    std::string keyword;
     for (const AQVString& language : languages) {
-      const APPDStatement translation(language + "." + name_, spec_, GetLocalizedString(language),
-                                      AQVString(), kPPDQuotedValue, AQVString());
-      const AQVString line = translation.GetStringRepresentation(error);
-      if (line.IsEmpty()) break;
+      keyword.assign(language.UTF8());
+      keyword += '.';
+      keyword += name_.UTF8();
+      const AQVString text = GetLocalizedString(language);
       out += '\n';
-      out += line.UTF8();
+      if (!APPDStatement::Append(out, keyword, spec_.UTF8(), text.UTF8(), std::string_view(), kPPDQuotedValue,
+                                 std::string_view(), error)) {
+        out.pop_back();
+        break;
+      }
     }
   }
-  return AQVString(std::move(out));
+  return AQVString::FromTrustedUTF8(std::move(out));
+}
+
+IPPDAttribute* IPPDAttribute::Create(const ppd_attr_s* record, APPDTextDecoder* decoder) {
+  if (record == nullptr) {
+    return Create(AQVString(), AQVString(), AQVString(), AQVString(), kPPDInvocationValue,
+                  AQVString());
+  }
+  const AQVString name = APPDTextDecoder::DecodeWith(decoder, record->name, APPDTextDecoder::Kind::kRaw);
+  // Translation lines are UTF-8 by CUPS convention, whatever the file's encoding.
+  const auto kind = APPDTextDecoder::IsTranslationKeyword(record->name)
+                        ? APPDTextDecoder::Kind::kTranslation
+                        : APPDTextDecoder::Kind::kRaw;
+  return Create(name, APPDTextDecoder::DecodeWith(decoder, record->spec, APPDTextDecoder::Kind::kRaw),
+                APPDTextDecoder::DecodeWith(decoder, record->text, kind, true),
+                APPDTextDecoder::DecodeWith(decoder, record->value, kind),
+                APPDAttribute::DefaultValueType(name), AQVString());
 }
 
 }  // namespace ppdforge

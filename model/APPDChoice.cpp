@@ -1,5 +1,17 @@
 #include "model/APPDChoice.h"
 
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
+#include <cups/ppd.h>
+#pragma GCC diagnostic pop
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "model/APPDTextDecoder.h"
+
 #include "core/ASharedObject.h"
 #include "model/APPDOption.h"
 #include "model/APPDStatement.h"
@@ -67,47 +79,52 @@ AQVString APPDChoice::GetStringRepresentation(AError* error) const {
   const AQVString mainText = APPDOption::MainLineTranslation(*this, mainLanguage, languages);
   const AQVString optionID = option_ != nullptr ? option_->GetID() : AQVString(kRKPPDDummySettingName);
 
+  // Lines are appended to one buffer by the statement rules, without a
+  // statement object per line.
   AError local;
-  const APPDStatement statement(optionID, id_, mainText, code_, kPPDQuotedValue, AQVString());
-  const AQVString line = statement.GetStringRepresentation(&local);
-  if (local.code != 0) {
+  std::string result;
+  if (!APPDStatement::Append(result, optionID.UTF8(), id_.UTF8(), mainText.UTF8(), code_.UTF8(),
+                             kPPDQuotedValue, std::string_view(), &local)) {
     if (error != nullptr) *error = local;
     return AQVString();
   }
-  if (line.IsEmpty()) return AQVString();
 
   const AQVString comment = APPDCommentable::GetStringRepresentation(&local);
   if (local.code != 0) {
     if (error != nullptr) *error = local;
     return AQVString();
   }
-  AQVString result;
-  if (!comment.IsEmpty()) {
-    result += comment;
-    result += kRKPPDNewLine;
-  }
-  result += line;
+  if (!comment.IsEmpty()) result.insert(0, comment.UTF8() + kRKPPDNewLine);
 
-  if (name_.IsEmpty()) return result;
+  if (name_.IsEmpty()) return AQVString::FromTrustedUTF8(std::move(result));
+  std::string keyword;
   for (const AQVString& language : languages) {
-    const APPDStatement translation(language + "." + optionID, id_, GetLocalizedString(language),
-                                    AQVString(), kPPDQuotedValue, AQVString());
-    const AQVString text = translation.GetStringRepresentation(&local);
-    if (local.code != 0) {
+    keyword.assign(language.UTF8());
+    keyword += '.';
+    keyword += optionID.UTF8();
+    const AQVString text = GetLocalizedString(language);
+    result += kRKPPDNewLine;
+    if (!APPDStatement::Append(result, keyword, id_.UTF8(), text.UTF8(), std::string_view(),
+                               kPPDQuotedValue, std::string_view(), &local)) {
+      result.pop_back();
       if (error != nullptr) *error = local;
-      return result;
-    }
-    if (!text.IsEmpty()) {
-      result += kRKPPDNewLine;
-      result += text;
+      return AQVString::FromTrustedUTF8(std::move(result));
     }
   }
-  return result;
+  return AQVString::FromTrustedUTF8(std::move(result));
 }
 
 IPPDChoice* IPPDChoice::Create(const AQVString& id, const AQVString& name, const AQVString& code,
                                const AQVString& comment) {
   return CreateSharedObject<APPDChoice>(id, name, code, comment);
+}
+
+IPPDChoice* IPPDChoice::Create(const ppd_choice_s* record, APPDTextDecoder* decoder) {
+  if (record == nullptr) return Create(AQVString(), AQVString(), AQVString(), AQVString());
+  return Create(APPDTextDecoder::DecodeWith(decoder, record->choice, APPDTextDecoder::Kind::kRaw),
+                APPDTextDecoder::DecodeWith(decoder, record->text, APPDTextDecoder::Kind::kConverted, true),
+                APPDTextDecoder::DecodeWith(decoder, record->code, APPDTextDecoder::Kind::kRaw),
+                AQVString());
 }
 
 }  // namespace ppdforge

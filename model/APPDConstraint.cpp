@@ -1,5 +1,12 @@
 #include "model/APPDConstraint.h"
 
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
+#include <cups/ppd.h>
+#pragma GCC diagnostic pop
+
+#include "model/APPDTextDecoder.h"
+
 #include "core/ASharedObject.h"
 #include "model/APPD.h"
 #include "model/APPDStatement.h"
@@ -186,6 +193,18 @@ AQVString IPPDConstraint::MakeValueFromOptionsAndChoices(const AArray& options,
     }
   }
   return value;
+}
+
+IPPDConstraint* IPPDConstraint::Create(const ppd_const_s* record, APPDTextDecoder* decoder) {
+  AArray options;
+  AArray choices;
+  if (record != nullptr) {
+    options.Append(APPDTextDecoder::DecodeWith(decoder, record->option1, APPDTextDecoder::Kind::kRaw));
+    options.Append(APPDTextDecoder::DecodeWith(decoder, record->option2, APPDTextDecoder::Kind::kRaw));
+    choices.Append(APPDTextDecoder::DecodeWith(decoder, record->choice1, APPDTextDecoder::Kind::kRaw));
+    choices.Append(APPDTextDecoder::DecodeWith(decoder, record->choice2, APPDTextDecoder::Kind::kRaw));
+  }
+  return Create(options, choices, AQVString(), false, false, AQVString());
 }
 
 }  // namespace ppdforge

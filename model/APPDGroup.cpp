@@ -1,5 +1,12 @@
 #include "model/APPDGroup.h"
 
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
+#include <cups/ppd.h>
+#pragma GCC diagnostic pop
+
+#include "model/APPDTextDecoder.h"
+
 #include <algorithm>
 #include <new>
 #include <unordered_map>
@@ -297,6 +304,31 @@ IPPDGroup* IPPDGroup::Create(const AQVString& id, const AQVString& name,
     copied = copied && (subGroup == nullptr || group->AddSubGroup(subGroup, true) != nullptr);
   }
   if (!copied) {
+    group->Release();
+    return nullptr;
+  }
+  return group;
+}
+
+IPPDGroup* IPPDGroup::Create(const ppd_group_s* record, APPDTextDecoder* decoder) {
+  if (record == nullptr) return CreateSharedObject<APPDGroup>(AQVString(), AQVString(), AQVString());
+  APPDGroup* group = CreateSharedObject<APPDGroup>(
+      APPDTextDecoder::DecodeWith(decoder, record->name, APPDTextDecoder::Kind::kRaw),
+      APPDTextDecoder::DecodeWith(decoder, record->text, APPDTextDecoder::Kind::kConverted, true),
+      AQVString());
+  if (group == nullptr) return nullptr;
+  bool added = true;
+  for (int i = 0; added && i < record->num_options; ++i) {
+    IPPDOption* option = IPPDOption::Create(&record->options[i], decoder);
+    added = option != nullptr && group->AddOption(option, false) != nullptr;
+    ReleaseObject(option);
+  }
+  for (int i = 0; added && i < record->num_subgroups; ++i) {
+    IPPDGroup* subGroup = IPPDGroup::Create(&record->subgroups[i], decoder);
+    added = subGroup != nullptr && group->AddSubGroup(subGroup, false) != nullptr;
+    ReleaseObject(subGroup);
+  }
+  if (!added) {
     group->Release();
     return nullptr;
   }

@@ -1,5 +1,7 @@
 #include "model/APPDLocalizable.h"
 
+#include <vector>
+
 #include "model/IPPDLocalizer.h"
 
 namespace ppdforge {
@@ -9,7 +11,17 @@ void APPDLocalizable::SetLocalizedString(const AQVString& text, const AQVString&
 }
 
 AQVString APPDLocalizable::GetLocalizedString(const AQVString& language) const {
-  std::vector<AQVString> keys;
+  // This runs for every object and language of a document: the list of keys
+  // reuses one buffer per thread (a nested call simply makes its own).
+  thread_local std::vector<AQVString> spare;
+  struct Borrowed {
+    std::vector<AQVString> keys;
+    explicit Borrowed(std::vector<AQVString>& from) { keys.swap(from); }
+    ~Borrowed() {
+      if (spare.capacity() < keys.capacity()) spare.swap(keys);
+    }
+  } borrowed(spare);
+  std::vector<AQVString>& keys = borrowed.keys;
   GetLocalizationKeys(keys);
   const IPPDLocalizer* localizer = GetLocalizer();
   if (localizer == nullptr) {
@@ -19,8 +31,13 @@ AQVString APPDLocalizable::GetLocalizedString(const AQVString& language) const {
     return result;
   }
 
-  const AQVString localeID = IPPDLocalizer::GetLocaleID(language);
-  const auto explicitText = localizations_.find(localeID);
+  // Explicit translations are rare; the locale identifier is needed only for them.
+  const auto explicitText =
+      localizations_.empty() ? localizations_.end() : localizations_.find(IPPDLocalizer::GetLocaleID(language));
+  if (keys.size() == 1) {
+    return explicitText != localizations_.end() ? explicitText->second
+                                                : localizer->Localize(keys.front(), language);
+  }
   AQVString result;
   for (const AQVString& key : keys) {
     if (explicitText != localizations_.end()) {

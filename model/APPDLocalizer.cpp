@@ -11,6 +11,7 @@
 #include <unordered_map>
 
 #include "core/ALocale.h"
+#include "core/APropertyList.h"
 #include "core/ASharedObject.h"
 #include "core/AStringsTable.h"
 
@@ -72,14 +73,6 @@ AQVString ComputeLocalizationName(const AQVString& localeID) {
   return *name;
 }
 
-std::optional<std::string> ReadFile(const std::filesystem::path& path) {
-  std::ifstream stream(path, std::ios::binary);
-  if (!stream) return std::nullopt;
-  std::string bytes((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
-  if (stream.bad()) return std::nullopt;
-  return bytes;
-}
-
 bool IsFile(const std::filesystem::path& path) {
   std::error_code code;
   return std::filesystem::is_regular_file(path, code);
@@ -116,17 +109,48 @@ void APPDLocalizer::Initialize() {
 }
 
 AQVString APPDLocalizer::Localize(const AQVString& key, const AQVString& language) const {
-  const AQVString localeID = GetLocaleID(language.IsEmpty() ? GetCurrentLocaleID() : language);
-  const auto entry = tables_.find(localeID);
-  if (entry == tables_.end()) return key;
-  for (const ADictionary& table : entry->second) {
-    const AValue* text = table.Get(key);
-    if (text == nullptr) continue;
-    const AQVString* string = text->AsString();
-    if (string == nullptr || string->IsEmpty()) return key;
-    return *string;
+  const Locale* locale = LocaleFor(language.IsEmpty() ? GetCurrentLocaleID() : language);
+  if (locale == nullptr) return key;
+  const auto found = locale->index.find(std::string_view(key.UTF8()));
+  if (found == locale->index.end() || found->second->IsEmpty()) return key;
+  return *found->second;
+}
+
+const APPDLocalizer::Locale* APPDLocalizer::LocaleFor(const AQVString& language) const {
+  for (const auto& [text, locale] : recentLanguages_) {
+    if (text == language) return locale;
   }
-  return key;
+  const auto entry = FindLoaded(GetLocaleID(language));
+  const Locale* locale = entry == tables_.end() ? nullptr : &entry->second;
+  // A document asks for a handful of languages; the bound keeps the scan short.
+  constexpr std::size_t kRecentLanguages = 16;
+  if (recentLanguages_.size() < kRecentLanguages) recentLanguages_.emplace_back(language, locale);
+  return locale;
+}
+
+APPDLocalizer::TableMap::iterator APPDLocalizer::FindLoaded(const AQVString& localeID) const {
+  const auto entry = tables_.find(localeID);
+  if (entry == tables_.end()) return entry;
+  ReadPending(entry->second);
+  return entry->second.tables.empty() ? tables_.end() : entry;
+}
+
+void APPDLocalizer::ReadPending(Locale& locale) {
+  for (const std::filesystem::path& url : locale.pending) {
+    std::string bytes;
+    if (!ReadFileBytes(url, bytes)) continue;
+    std::vector<std::pair<AQVString, AQVString>> entries;
+    if (!AStringsTable::ParseEntries(bytes, entries)) continue;
+    locale.tables.push_back(std::move(entries));
+    // Earlier tables win over later ones, and within a table the last entry
+    // of a key wins: the entries are indexed backwards, first come first kept.
+    const auto& table = locale.tables.back();
+    locale.index.reserve(locale.index.size() + table.size());
+    for (auto entry = table.rbegin(); entry != table.rend(); ++entry) {
+      locale.index.try_emplace(std::string_view(entry->first.UTF8()), &entry->second);
+    }
+  }
+  locale.pending.clear();
 }
 
 void APPDLocalizer::LoadStrings(const ABundle& bundle, const AQVString& tableName) {
@@ -159,14 +183,17 @@ AQVString APPDLocalizer::GetCurrentLocaleID() const {
 }
 
 void APPDLocalizer::SetCurrentLocaleID(const AQVString& language) {
-  current_ = tables_.find(GetLocaleID(language));
-  if (current_ == tables_.end()) current_ = tables_.find(AQVString(kDefaultLocaleID));
+  current_ = FindLoaded(GetLocaleID(language));
+  if (current_ == tables_.end()) current_ = FindLoaded(AQVString(kDefaultLocaleID));
 }
 
 void APPDLocalizer::GetPossibleLocales(std::vector<AQVString>& localeIDs) const {
   localeIDs.clear();
   localeIDs.reserve(tables_.size());
-  for (const auto& entry : tables_) localeIDs.push_back(entry.first);
+  for (auto& entry : tables_) {
+    ReadPending(entry.second);
+    if (!entry.second.tables.empty()) localeIDs.push_back(entry.first);
+  }
 }
 
 std::filesystem::path APPDLocalizer::GetLocalizedResourceURL(const ABundle& bundle,
@@ -176,14 +203,11 @@ std::filesystem::path APPDLocalizer::GetLocalizedResourceURL(const ABundle& bund
                                            localizationName);
 }
 
-bool APPDLocalizer::AddLocalizationToTable(const AQVString& localeID,
+void APPDLocalizer::AddLocalizationToTable(const AQVString& localeID,
                                            const std::filesystem::path& url) {
-  const std::optional<std::string> bytes = ReadFile(url);
-  if (!bytes) return false;
-  std::optional<ADictionary> table = AStringsTable::Parse(*bytes);
-  if (!table) return false;
-  tables_[localeID].push_back(std::move(*table));
-  return true;
+  tables_[localeID].pending.push_back(url);
+  // A language that had no tables may have some now.
+  recentLanguages_.clear();
 }
 
 }  // namespace ppdforge

@@ -3,6 +3,9 @@
 
 #include <filesystem>
 #include <map>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "core/ADictionary.h"
@@ -27,7 +30,15 @@ class APPDLocalizer : public IPPDLocalizer {
   void GetPossibleLocales(std::vector<AQVString>& localeIDs) const override;
 
  private:
-  using TableMap = std::map<AQVString, std::vector<ADictionary>>;
+  // The tables of one locale. Files are read when the locale is first
+  // asked for (a generation in English never reads the other languages);
+  // `index` maps every key to the text of the first table that holds it.
+  struct Locale {
+    std::vector<std::filesystem::path> pending;
+    std::vector<std::vector<std::pair<AQVString, AQVString>>> tables;
+    std::unordered_map<std::string_view, const AQVString*> index;
+  };
+  using TableMap = std::map<AQVString, Locale>;
 
   void Initialize();
   // The file of table `tableName` (empty: "Localizable") of type "strings"
@@ -35,14 +46,25 @@ class APPDLocalizer : public IPPDLocalizer {
   static std::filesystem::path GetLocalizedResourceURL(const ABundle& bundle,
                                                        const AQVString& tableName,
                                                        const AQVString& localizationName);
-  // Appends the table in `url` to the list of `localeID`; false when the file
-  // cannot be read or is not a string table.
-  bool AddLocalizationToTable(const AQVString& localeID, const std::filesystem::path& url);
+  // Queues the table file `url` for `localeID`, behind its earlier tables;
+  // it is read on first use.
+  void AddLocalizationToTable(const AQVString& localeID, const std::filesystem::path& url);
+  // Reads the queued tables of `locale`; files that cannot be read or are
+  // not string tables are dropped.
+  static void ReadPending(Locale& locale);
+  // The entry of a locale identifier when it holds at least one table.
+  TableMap::iterator FindLoaded(const AQVString& localeID) const;
+  // The tables for `language` (a name or an identifier), or null; answers
+  // are remembered per language text until tables are added.
+  const Locale* LocaleFor(const AQVString& language) const;
 
-  TableMap tables_;
+  // Reading tables on first use changes them from const operations; like
+  // the rest of a generation, a localizer serves one thread at a time.
+  mutable TableMap tables_;
   // The current entry of tables_, or end() for none (map iterators stay
   // valid while entries are added).
   TableMap::const_iterator current_;
+  mutable std::vector<std::pair<AQVString, const Locale*>> recentLanguages_;
 };
 
 }  // namespace ppdforge

@@ -1,7 +1,17 @@
 #include "model/APPDOption.h"
 
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
+#include <cups/ppd.h>
+#pragma GCC diagnostic pop
+
+#include "model/APPDTextDecoder.h"
+
 #include <algorithm>
 #include <new>
+#include <string>
+#include <string_view>
+#include <utility>
 
 #include "core/ASharedObject.h"
 #include "model/APPDStatement.h"
@@ -207,50 +217,49 @@ AQVString APPDOption::GetStringRepresentation(AError* error) const {
     ppd->GetAdditionalLanguages(languages);
   }
   const AQVString mainText = MainLineTranslation(*this, mainLanguage, languages);
-  const AQVString keyword = AQVString(kRKPPDAsterisk) + id_;
+  const std::string keyword = kRKPPDAsterisk + id_.UTF8();
 
+  // Lines are appended to buffers by the statement rules, without a
+  // statement object per line.
   AError local;
-  const AQVString open = APPDStatement("OpenUI", keyword, mainText, UITypeName(uiType_),
-                                       kPPDStringValue, AQVString())
-                             .GetStringRepresentation(&local);
-  if (Failed(local, error)) return AQVString();
-  const AQVString close = APPDStatement("CloseUI", AQVString(), AQVString(), keyword,
-                                        kPPDStringValue, AQVString())
-                              .GetStringRepresentation(&local);
-  if (Failed(local, error)) return AQVString();
-  const AQVString order = APPDStatement("OrderDependency", AQVString(), AQVString(),
-                                        "10.0 AnySetup " + keyword, kPPDStringValue, AQVString())
-                              .GetStringRepresentation(&local);
-  if (Failed(local, error)) return AQVString();
-  const AQVString defaultLine = APPDStatement("Default" + id_, AQVString(), AQVString(),
-                                              GetDefaultChoice(), kPPDStringValue, AQVString())
-                                    .GetStringRepresentation(&local);
-  if (Failed(local, error)) return AQVString();
-  if (open.IsEmpty() || close.IsEmpty() || order.IsEmpty() || defaultLine.IsEmpty()) {
+  std::string open;
+  std::string close;
+  std::string order;
+  std::string defaultLine;
+  if (!APPDStatement::Append(open, "OpenUI", keyword, mainText.UTF8(), UITypeName(uiType_),
+                             kPPDStringValue, std::string_view(), &local) ||
+      !APPDStatement::Append(close, "CloseUI", std::string_view(), std::string_view(), keyword,
+                             kPPDStringValue, std::string_view(), &local) ||
+      !APPDStatement::Append(order, "OrderDependency", std::string_view(), std::string_view(),
+                             "10.0 AnySetup " + keyword, kPPDStringValue, std::string_view(), &local) ||
+      !APPDStatement::Append(defaultLine, "Default" + id_.UTF8(), std::string_view(), std::string_view(),
+                             GetDefaultChoice().UTF8(), kPPDStringValue, std::string_view(), &local)) {
+    Failed(local, error);
     return AQVString();
   }
 
   const AQVString comment = APPDCommentable::GetStringRepresentation(&local);
   if (Failed(local, error)) return AQVString();
-  AQVString result;
+  std::string result;
   if (!comment.IsEmpty()) {
-    result += comment;
+    result += comment.UTF8();
     result += kRKPPDNewLine;
   }
   result += open;
   result += kRKPPDNewLine;
 
   if (!name_.IsEmpty()) {
+    std::string translationKeyword;
     for (const AQVString& language : languages) {
-      const AQVString text = APPDStatement(language + ".Translation", id_,
-                                           GetLocalizedString(language), AQVString(),
-                                           kPPDQuotedValue, AQVString())
-                                 .GetStringRepresentation(&local);
-      if (Failed(local, error)) return result;
-      if (!text.IsEmpty()) {
-        result += text;
-        result += kRKPPDNewLine;
+      translationKeyword.assign(language.UTF8());
+      translationKeyword += ".Translation";
+      const AQVString text = GetLocalizedString(language);
+      if (!APPDStatement::Append(result, translationKeyword, id_.UTF8(), text.UTF8(), std::string_view(),
+                                 kPPDQuotedValue, std::string_view(), &local)) {
+        Failed(local, error);
+        return AQVString::FromTrustedUTF8(std::move(result));
       }
+      result += kRKPPDNewLine;
     }
   }
   result += order;
@@ -260,13 +269,13 @@ AQVString APPDOption::GetStringRepresentation(AError* error) const {
 
   for (const IPPDChoice* choice : choices_) {
     const AQVString text = choice->GetStringRepresentation(&local);
-    if (Failed(local, error)) return result;
-    result += text;
+    if (Failed(local, error)) return AQVString::FromTrustedUTF8(std::move(result));
+    result += text.UTF8();
     result += kRKPPDNewLine;
   }
   result += close;
   result += kRKPPDNewLine;
-  return result;
+  return AQVString::FromTrustedUTF8(std::move(result));
 }
 
 IPPDOption* IPPDOption::Create(const AQVString& id, const AQVString& name,
@@ -276,6 +285,29 @@ IPPDOption* IPPDOption::Create(const AQVString& id, const AQVString& name,
   if (option == nullptr) return nullptr;
   for (IPPDChoice* choice : choices) {
     if (choice != nullptr && option->AddChoice(choice, true) == nullptr) {
+      option->Release();
+      return nullptr;
+    }
+  }
+  return option;
+}
+
+IPPDOption* IPPDOption::Create(const ppd_option_s* record, APPDTextDecoder* decoder) {
+  if (record == nullptr) {
+    return CreateSharedObject<APPDOption>(AQVString(), AQVString(), AQVString(), PPD_UI_BOOLEAN,
+                                          AQVString());
+  }
+  APPDOption* option = CreateSharedObject<APPDOption>(
+      APPDTextDecoder::DecodeWith(decoder, record->keyword, APPDTextDecoder::Kind::kRaw),
+      APPDTextDecoder::DecodeWith(decoder, record->text, APPDTextDecoder::Kind::kConverted, true),
+      APPDTextDecoder::DecodeWith(decoder, record->defchoice, APPDTextDecoder::Kind::kRaw),
+      record->ui, AQVString());
+  if (option == nullptr) return nullptr;
+  for (int i = 0; i < record->num_choices; ++i) {
+    IPPDChoice* choice = IPPDChoice::Create(&record->choices[i], decoder);
+    const bool added = choice != nullptr && option->AddChoice(choice, false) != nullptr;
+    ReleaseObject(choice);
+    if (!added) {
       option->Release();
       return nullptr;
     }

@@ -1,7 +1,17 @@
 #include "model/APPDPaperSize.h"
 
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
+#include <cups/ppd.h>
+#pragma GCC diagnostic pop
+
+#include "model/APPDTextDecoder.h"
+
 #include <charconv>
 #include <initializer_list>
+#include <string>
+#include <string_view>
+#include <utility>
 
 #include "core/ASharedObject.h"
 #include "model/APPD.h"
@@ -114,34 +124,35 @@ AQVString APPDPaperSize::GetStringRepresentation(AError* error) const {
           : FormatPoints({imageableRect_.left, imageableRect_.top, imageableRect_.right,
                           imageableRect_.bottom});
 
+  // Lines are appended to one buffer by the statement rules, without a
+  // statement object per line.
   AError local;
-  const AQVString line = APPDStatement(sizeType_, id_, GetLocalizedString(mainLanguage), value,
-                                       kPPDQuotedValue, AQVString())
-                             .GetStringRepresentation(&local);
-  if (Failed(local, error)) return AQVString();
-  if (line.IsEmpty()) return AQVString();
+  std::string result;
+  if (!APPDStatement::Append(result, sizeType_.UTF8(), id_.UTF8(), GetLocalizedString(mainLanguage).UTF8(),
+                             value.UTF8(), kPPDQuotedValue, std::string_view(), &local)) {
+    Failed(local, error);
+    return AQVString();
+  }
 
   const AQVString comment = APPDCommentable::GetStringRepresentation(&local);
   if (Failed(local, error)) return AQVString();
-  AQVString result;
-  if (!comment.IsEmpty()) {
-    result += comment;
-    result += kRKPPDNewLine;
-  }
-  result += line;
+  if (!comment.IsEmpty()) result.insert(0, comment.UTF8() + kRKPPDNewLine);
 
+  std::string keyword;
   for (const AQVString& language : languages) {
-    const AQVString text = APPDStatement(language + "." + sizeType_, id_,
-                                         GetLocalizedString(language), AQVString(),
-                                         kPPDQuotedValue, AQVString())
-                               .GetStringRepresentation(&local);
-    if (Failed(local, error)) return result;
-    if (!text.IsEmpty()) {
-      result += kRKPPDNewLine;
-      result += text;
+    keyword.assign(language.UTF8());
+    keyword += '.';
+    keyword += sizeType_.UTF8();
+    const AQVString text = GetLocalizedString(language);
+    result += kRKPPDNewLine;
+    if (!APPDStatement::Append(result, keyword, id_.UTF8(), text.UTF8(), std::string_view(),
+                               kPPDQuotedValue, std::string_view(), &local)) {
+      result.pop_back();
+      Failed(local, error);
+      return AQVString::FromTrustedUTF8(std::move(result));
     }
   }
-  return result;
+  return AQVString::FromTrustedUTF8(std::move(result));
 }
 
 IPPDPaperSize* IPPDPaperSize::Create(const AQVString& id, const AQVString& name,
@@ -149,6 +160,18 @@ IPPDPaperSize* IPPDPaperSize::Create(const AQVString& id, const AQVString& name,
                                      const ARKMediaSizeRect& imageableRect,
                                      const AQVString& sizeType) {
   return CreateSharedObject<APPDPaperSize>(id, name, paperRect, imageableRect, sizeType);
+}
+
+IPPDPaperSize* IPPDPaperSize::Create(const ppd_size_s* record, APPDTextDecoder* decoder) {
+  if (record == nullptr) {
+    return Create(AQVString(), AQVString(), ARKMediaSizeRect(), ARKMediaSizeRect(),
+                  kRKPPDImageableAreaSizeType);
+  }
+  // The members are used as bottom, left, top and right edges, in order.
+  return Create(APPDTextDecoder::DecodeWith(decoder, record->name, APPDTextDecoder::Kind::kRaw),
+                AQVString(), RKMediaSizeRectMake(0, 0, record->length, record->width),
+                RKMediaSizeRectMake(record->bottom, record->left, record->top, record->right),
+                kRKPPDImageableAreaSizeType);
 }
 
 }  // namespace ppdforge

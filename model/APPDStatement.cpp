@@ -1,6 +1,7 @@
 #include "model/APPDStatement.h"
 
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -116,6 +117,43 @@ bool ReplaceCloseBrackets(std::basic_string<C>& text) {
     if (position == text.size() - 1) break;
   }
   return changed;
+}
+
+// Whether step A would replace anything in ASCII `text` (the scan of
+// ReplaceOpenBrackets up to its first replacement).
+bool WouldReplaceOpenBrackets(std::string_view text) {
+  std::size_t position = 0;
+  for (;;) {
+    const std::size_t open = text.find('<', position);
+    if (open == std::string_view::npos) return false;
+    std::size_t end = std::string_view::npos;
+    if (open + 1 < text.size()) {
+      if (text[open + 1] == '<') {
+        const std::size_t found = text.find(">>", open);
+        end = found == std::string_view::npos ? found : found + 1;
+      } else {
+        end = text.find('>', open);
+      }
+    }
+    if (end == std::string_view::npos || !IsTagView(text.substr(open, end - open + 1))) return true;
+    position = end + 1;
+    if (position == text.size() - 1) return false;
+  }
+}
+
+// The same for step B (ReplaceCloseBrackets), on text that step A left alone.
+bool WouldReplaceCloseBrackets(std::string_view text) {
+  std::size_t position = 0;
+  for (;;) {
+    const std::size_t close = text.find('>', position);
+    if (close == std::string_view::npos) return false;
+    if (close == 0) return true;
+    const std::string_view before = text.substr(0, close);
+    const std::size_t start = text[close - 1] == '>' ? before.rfind("<<") : before.rfind('<');
+    if (start == std::string_view::npos || !IsTagView(text.substr(start, close - start + 1))) return true;
+    position = close + 1;
+    if (position == text.size() - 1) return false;
+  }
 }
 
 bool IsASCII(std::string_view bytes) {
@@ -251,7 +289,241 @@ const CharacterRule& PlainMainTranslationRule() {
   return rule;
 }
 
+// Whether the stray-bracket escaping would change `text`.
+bool NeedsBracketEscaping(std::string_view text) {
+  if (!HasAngleBracket(text)) return false;
+  if (!IsASCII(text)) return true;
+  return WouldReplaceOpenBrackets(text) || WouldReplaceCloseBrackets(text);
+}
+
+// A translation as the build writes it: stray brackets (and colons) escaped.
+// A view of `stored` when nothing changes, else of `scratch`.
+std::string_view EscapedTranslation(std::string_view stored, bool escapeColons, std::string& scratch) {
+  const bool colons = escapeColons && stored.find(':') != std::string_view::npos;
+  if (!colons && !NeedsBracketEscaping(stored)) return stored;
+  scratch.assign(stored);
+  bool changed = EscapeStrayBrackets(scratch);
+  if (escapeColons) changed = ReplaceAll(scratch, ':', "<3A>") || changed;
+  return changed ? std::string_view(scratch) : stored;
+}
+
+bool CheckMainKeyword(std::string_view keyword, AError* error) {
+  if (keyword.empty()) return messages::Report(error, messages::kMissingMainKeyword);
+  if (keyword.size() > kMaxKeywordBytes) {
+    return messages::Report(error, messages::kMainKeywordTooLong, {AQVString(keyword)});
+  }
+  if (!KeywordRule().Accepts(keyword)) {
+    return messages::Report(error, messages::kMainKeywordInvalid, {AQVString(keyword)});
+  }
+  return true;
+}
+
+bool CheckOptionKeyword(std::string_view keyword, AError* error) {
+  if (keyword.empty()) return true;
+  if (keyword.size() > kMaxKeywordBytes) {
+    return messages::Report(error, messages::kOptionKeywordTooLong, {AQVString(keyword)});
+  }
+  if (!KeywordRule().Accepts(keyword)) {
+    return messages::Report(error, messages::kOptionKeywordInvalid, {AQVString(keyword)});
+  }
+  return true;
+}
+
+bool CheckTranslation(std::string_view translation, bool isOptionTranslation, AError* error) {
+  if (translation.size() > kMaxTranslationBytes) {
+    return messages::Report(error, messages::kTranslationTooLong, {AQVString(translation)});
+  }
+  if (!(isOptionTranslation ? OptionTranslationRule() : ValueTranslationRule()).Accepts(translation)) {
+    return messages::Report(error, messages::kTranslationInvalid, {AQVString(translation)});
+  }
+  return true;
+}
+
+bool CheckValue(std::string_view value, PPDValueType type, AError* error) {
+  bool valid = true;
+  switch (type) {
+    case kPPDInvocationValue:
+    case kPPDQuotedValue:
+      valid = QuotedValueRule().Accepts(value);
+      break;
+    case kPPDSymbolValue:
+      valid = SymbolValueRule().Accepts(value);
+      break;
+    case kPPDStringValue:
+      if (!value.empty() && (value[0] == *kRKPPDCaret || value[0] == *kRKPPDDoubleQuote)) {
+        return messages::Report(error, messages::kStringValueBadStart,
+                                {AQVString(value), AQVString(value.substr(0, 1))});
+      }
+      valid = StringValueRule().Accepts(value);
+      break;
+    default:
+      valid = OtherValueRule().Accepts(value);
+      break;
+  }
+  return valid || messages::Report(error, messages::kValueInvalid, {AQVString(value)});
+}
+
+// Checks 1 to 8 of a statement, in order; the translations as written.
+bool CheckParts(std::string_view mainKeyword, std::string_view optionKeyword,
+                std::string_view optionTranslation, std::string_view value, PPDValueType type,
+                std::string_view valueTranslation, AError* error) {
+  return CheckMainKeyword(mainKeyword, error) && CheckOptionKeyword(optionKeyword, error) &&
+         CheckTranslation(optionTranslation, true, error) && CheckValue(value, type, error) &&
+         CheckTranslation(valueTranslation, false, error) &&
+         (optionTranslation.empty() || !optionKeyword.empty() ||
+          messages::Report(error, messages::kOptionKeywordAbsent, {AQVString(optionTranslation)})) &&
+         (valueTranslation.empty() || !value.empty() ||
+          messages::Report(error, messages::kValueEmptyForTranslation, {AQVString(valueTranslation)})) &&
+         (type != kPPDSymbolValue || valueTranslation.empty() ||
+          messages::Report(error, messages::kSymbolValueTranslation,
+                           {AQVString(value), AQVString(valueTranslation)}));
+}
+
+// Check 9: no line of the representation has 256 bytes or more.
+bool CheckLines(std::string_view text, AError* error) {
+  std::size_t lineStart = 0;
+  for (;;) {
+    const std::size_t lineEnd = text.find('\n', lineStart);
+    const std::size_t length = (lineEnd == std::string_view::npos ? text.size() : lineEnd) - lineStart;
+    if (length >= kLineLimitBytes) return messages::Report(error, messages::kLineTooLong, {AQVString(text)});
+    if (lineEnd == std::string_view::npos) return true;
+    lineStart = lineEnd + 1;
+  }
+}
+
+// Builds the representation at the end of `out` (which holds `base` bytes of
+// other text before it); the translations come escaped.
+void AppendBody(std::string& out, std::string_view mainKeyword, std::string_view optionKeyword,
+                std::string_view optionTranslation, std::string_view value, PPDValueType type,
+                std::string_view valueTranslation) {
+  const bool quoted = type == kPPDInvocationValue || type == kPPDQuotedValue;
+  // The written copy of the value; only made when something is escaped.
+  std::string escaped;
+  std::string_view body = value;
+  if (quoted) {
+    if (type == kPPDQuotedValue && NeedsBracketEscaping(value)) {
+      escaped = value;
+      EscapeStrayBrackets(escaped);
+      body = escaped;
+    }
+    if (body.find(*kRKPPDDoubleQuote) != std::string_view::npos) {
+      if (escaped.empty()) escaped = value;
+      ReplaceAll(escaped, *kRKPPDDoubleQuote, "<22>");
+      body = escaped;
+    }
+  }
+  const std::size_t headLength = (mainKeyword.empty() ? 0 : 1 + mainKeyword.size()) +
+                                 (optionKeyword.empty() ? 0 : 1 + optionKeyword.size()) +
+                                 (optionTranslation.empty() ? 0 : 1 + optionTranslation.size()) + 2;
+  const bool hadLineBreak = quoted && HasLineBreak(body);
+  // The opening quote is part of the line when the wrap is decided.
+  const bool wraps = quoted && !hadLineBreak && body.size() + 1 + headLength + 1 >= kLineLimitBytes;
+
+  const std::size_t base = out.size();
+  std::size_t length = headLength + (valueTranslation.empty() ? 0 : 1 + valueTranslation.size());
+  if (!wraps) {
+    if (quoted) {
+      length += body.size() + 2 + (hadLineBreak ? 5 : 0);
+    } else if (!value.empty()) {
+      length += value.size() + (type == kPPDSymbolValue ? 1 : 0);
+    }
+  }
+  out.resize(base + (wraps ? headLength + 1 : length));
+  char* cursor = out.data() + base;
+  const auto put = [&cursor](std::string_view text) {
+    std::memcpy(cursor, text.data(), text.size());
+    cursor += text.size();
+  };
+  const auto mark = [&cursor](char c) { *cursor++ = c; };
+  if (!mainKeyword.empty()) {
+    mark(*kRKPPDAsterisk);
+    put(mainKeyword);
+  }
+  if (!optionKeyword.empty()) {
+    mark(*kRKPPDSpace);
+    put(optionKeyword);
+  }
+  if (!optionTranslation.empty()) {
+    mark(*kRKPPDSlash);
+    put(optionTranslation);
+  }
+  mark(*kRKPPDColon);
+  mark(*kRKPPDSpace);
+
+  if (wraps) {
+    mark(*kRKPPDDoubleQuote);
+    // Split at every blank and TAB (two in a row give an empty piece) and
+    // join again within the line budget.
+    const std::string text = std::string(body) + *kRKPPDDoubleQuote;
+    std::size_t running = out.size() - base;
+    bool wrapped = false;
+    std::size_t start = 0;
+    for (std::size_t i = 0; i <= text.size(); ++i) {
+      if (i < text.size() && text[i] != ' ' && text[i] != '\t') continue;
+      const std::string_view piece = std::string_view(text).substr(start, i - start);
+      if (start == 0) {
+        running += piece.size();
+      } else if (running + 1 + piece.size() < kLineLimitBytes - 1) {
+        out += ' ';
+        running += 1 + piece.size();
+      } else {
+        out += '\n';
+        running = piece.size();
+        wrapped = true;
+      }
+      out += piece;
+      start = i + 1;
+    }
+    if (wrapped) {
+      out += *kRKPPDNewLine;
+      out += *kRKPPDAsterisk;
+      out += kRKPPDEndKeyword;
+    }
+    if (!valueTranslation.empty()) {
+      out += *kRKPPDSlash;
+      out += valueTranslation;
+    }
+    return;
+  }
+
+  if (quoted) {
+    mark(*kRKPPDDoubleQuote);
+    put(body);
+    mark(*kRKPPDDoubleQuote);
+    if (hadLineBreak) {
+      mark(*kRKPPDNewLine);
+      mark(*kRKPPDAsterisk);
+      put(kRKPPDEndKeyword);
+    }
+  } else if (!value.empty()) {
+    if (type == kPPDSymbolValue) mark(*kRKPPDCaret);
+    put(value);
+  }
+  if (!valueTranslation.empty()) {
+    mark(*kRKPPDSlash);
+    put(valueTranslation);
+  }
+}
+
 }  // namespace
+
+bool APPDStatement::Append(std::string& out, std::string_view mainKeyword,
+                           std::string_view optionKeyword, std::string_view optionTranslation,
+                           std::string_view value, PPDValueType valueType,
+                           std::string_view valueTranslation, AError* error) {
+  std::string optionScratch;
+  std::string valueScratch;
+  const std::string_view option =
+      optionTranslation.empty() ? optionTranslation : EscapedTranslation(optionTranslation, true, optionScratch);
+  const std::string_view valueText =
+      valueTranslation.empty() ? valueTranslation : EscapedTranslation(valueTranslation, false, valueScratch);
+  if (!CheckParts(mainKeyword, optionKeyword, option, value, valueType, valueText, error)) return false;
+  const std::size_t base = out.size();
+  AppendBody(out, mainKeyword, optionKeyword, option, value, valueType, valueText);
+  if (CheckLines(std::string_view(out).substr(base), error)) return true;
+  out.resize(base);
+  return false;
+}
 
 APPDStatement::APPDStatement(const AQVString& mainKeyword, const AQVString& optionKeyword,
                              const AQVString& optionTranslation, const AQVString& value,
@@ -300,178 +572,43 @@ AQVString APPDStatement::GetStringRepresentation(AError* error) const {
 }
 
 bool APPDStatement::IsValid(AError* error) const {
-  return IsValidMainKeyword(error) && IsValidOptionKeyword(error) &&
-         IsValidTranslationString(true, error) && IsValidValue(error) &&
-         IsValidTranslationString(false, error) &&
-         (optionTranslation_.IsEmpty() || !optionKeyword_.IsEmpty() ||
-          messages::Report(error, messages::kOptionKeywordAbsent, {optionTranslation_})) &&
-         (valueTranslation_.IsEmpty() || !value_.IsEmpty() ||
-          messages::Report(error, messages::kValueEmptyForTranslation, {valueTranslation_})) &&
-         (valueType_ != kPPDSymbolValue || valueTranslation_.IsEmpty() ||
-          messages::Report(error, messages::kSymbolValueTranslation, {value_, valueTranslation_})) &&
+  return CheckParts(mainKeyword_.UTF8(), optionKeyword_.UTF8(), optionTranslation_.UTF8(), value_.UTF8(),
+                    valueType_, valueTranslation_.UTF8(), error) &&
          IsValidLineLength(error);
 }
 
 void APPDStatement::BuildStringRepresentationIfNeeded() const {
   if (!representation_.IsEmpty()) return;
-
-  const std::string& value = value_.UTF8();
+  if (!optionTranslation_.IsEmpty()) EscapeStoredTranslation(optionTranslation_, true);
+  if (!valueTranslation_.IsEmpty()) EscapeStoredTranslation(valueTranslation_, false);
   std::string out;
   out.reserve(mainKeyword_.ByteLength() + optionKeyword_.ByteLength() +
-              optionTranslation_.ByteLength() + value.size() + valueTranslation_.ByteLength() + 16);
-
-  if (!mainKeyword_.IsEmpty()) {
-    out += *kRKPPDAsterisk;
-    out += mainKeyword_.UTF8();
-  }
-  if (!optionKeyword_.IsEmpty()) {
-    out += *kRKPPDSpace;
-    out += optionKeyword_.UTF8();
-  }
-  if (!optionTranslation_.IsEmpty()) {
-    EscapeStoredTranslation(optionTranslation_, true);
-    out += *kRKPPDSlash;
-    out += optionTranslation_.UTF8();
-  }
-  out += *kRKPPDColon;
-  out += *kRKPPDSpace;
-
-  const bool quoted = valueType_ == kPPDInvocationValue || valueType_ == kPPDQuotedValue;
-  if (quoted) {
-    // The written copy of the value; only made when something is escaped.
-    std::string escaped;
-    std::string_view body = value;
-    if (valueType_ == kPPDQuotedValue && HasAngleBracket(value)) {
-      escaped = value;
-      EscapeStrayBrackets(escaped);
-      body = escaped;
-    }
-    if (body.find(*kRKPPDDoubleQuote) != std::string_view::npos) {
-      if (escaped.empty()) escaped = value;
-      ReplaceAll(escaped, *kRKPPDDoubleQuote, "<22>");
-      body = escaped;
-    }
-    out += *kRKPPDDoubleQuote;
-    const bool hadLineBreak = HasLineBreak(body);
-    if (!hadLineBreak && body.size() + 1 + out.size() >= kLineLimitBytes) {
-      std::vector<AQVString> pieces;
-      DivideString(AQVString(std::string(body) + *kRKPPDDoubleQuote), AQVString(" \t"), pieces);
-      std::size_t running = out.size();
-      bool wrapped = false;
-      for (std::size_t i = 0; i < pieces.size(); ++i) {
-        const std::string& piece = pieces[i].UTF8();
-        if (i == 0) {
-          running += piece.size();
-        } else if (running + 1 + piece.size() < kLineLimitBytes - 1) {
-          out += ' ';
-          running += 1 + piece.size();
-        } else {
-          out += '\n';
-          running = piece.size();
-          wrapped = true;
-        }
-        out += piece;
-      }
-      if (wrapped) {
-        out += *kRKPPDNewLine;
-        out += *kRKPPDAsterisk;
-        out += kRKPPDEndKeyword;
-      }
-    } else {
-      out += body;
-      out += *kRKPPDDoubleQuote;
-      if (hadLineBreak) {
-        out += *kRKPPDNewLine;
-        out += *kRKPPDAsterisk;
-        out += kRKPPDEndKeyword;
-      }
-    }
-  } else if (!value.empty()) {
-    if (valueType_ == kPPDSymbolValue) out += *kRKPPDCaret;
-    out += value;
-  }
-
-  if (!valueTranslation_.IsEmpty()) {
-    EscapeStoredTranslation(valueTranslation_, false);
-    out += *kRKPPDSlash;
-    out += valueTranslation_.UTF8();
-  }
+              optionTranslation_.ByteLength() + value_.ByteLength() + valueTranslation_.ByteLength() + 16);
+  AppendBody(out, mainKeyword_.UTF8(), optionKeyword_.UTF8(), optionTranslation_.UTF8(), value_.UTF8(),
+             valueType_, valueTranslation_.UTF8());
   representation_ = AQVString(std::move(out));
 }
 
 bool APPDStatement::IsValidMainKeyword(AError* error) const {
-  if (mainKeyword_.IsEmpty()) return messages::Report(error, messages::kMissingMainKeyword);
-  if (mainKeyword_.ByteLength() > kMaxKeywordBytes) {
-    return messages::Report(error, messages::kMainKeywordTooLong, {mainKeyword_});
-  }
-  if (!KeywordRule().Accepts(mainKeyword_.UTF8())) {
-    return messages::Report(error, messages::kMainKeywordInvalid, {mainKeyword_});
-  }
-  return true;
+  return CheckMainKeyword(mainKeyword_.UTF8(), error);
 }
 
 bool APPDStatement::IsValidOptionKeyword(AError* error) const {
-  if (optionKeyword_.IsEmpty()) return true;
-  if (optionKeyword_.ByteLength() > kMaxKeywordBytes) {
-    return messages::Report(error, messages::kOptionKeywordTooLong, {optionKeyword_});
-  }
-  if (!KeywordRule().Accepts(optionKeyword_.UTF8())) {
-    return messages::Report(error, messages::kOptionKeywordInvalid, {optionKeyword_});
-  }
-  return true;
+  return CheckOptionKeyword(optionKeyword_.UTF8(), error);
 }
 
 bool APPDStatement::IsValidTranslationString(bool isOptionTranslation, AError* error) const {
-  const AQVString& translation = isOptionTranslation ? optionTranslation_ : valueTranslation_;
-  if (translation.ByteLength() > kMaxTranslationBytes) {
-    return messages::Report(error, messages::kTranslationTooLong, {translation});
-  }
-  if (!(isOptionTranslation ? OptionTranslationRule() : ValueTranslationRule())
-           .Accepts(translation.UTF8())) {
-    return messages::Report(error, messages::kTranslationInvalid, {translation});
-  }
-  return true;
+  return CheckTranslation(isOptionTranslation ? optionTranslation_.UTF8() : valueTranslation_.UTF8(),
+                          isOptionTranslation, error);
 }
 
 bool APPDStatement::IsValidValue(AError* error) const {
-  const std::string& value = value_.UTF8();
-  bool valid = true;
-  switch (valueType_) {
-    case kPPDInvocationValue:
-    case kPPDQuotedValue:
-      valid = QuotedValueRule().Accepts(value);
-      break;
-    case kPPDSymbolValue:
-      valid = SymbolValueRule().Accepts(value);
-      break;
-    case kPPDStringValue:
-      if (!value.empty() && (value[0] == *kRKPPDCaret || value[0] == *kRKPPDDoubleQuote)) {
-        return messages::Report(error, messages::kStringValueBadStart,
-                                {value_, AQVString(std::string_view(value.data(), 1))});
-      }
-      valid = StringValueRule().Accepts(value);
-      break;
-    default:
-      valid = OtherValueRule().Accepts(value);
-      break;
-  }
-  return valid || messages::Report(error, messages::kValueInvalid, {value_});
+  return CheckValue(value_.UTF8(), valueType_, error);
 }
 
 bool APPDStatement::IsValidLineLength(AError* error) const {
   BuildStringRepresentationIfNeeded();
-  const std::string_view text = representation_.UTF8();
-  std::size_t lineStart = 0;
-  for (;;) {
-    const std::size_t lineEnd = text.find('\n', lineStart);
-    const std::size_t length =
-        (lineEnd == std::string_view::npos ? text.size() : lineEnd) - lineStart;
-    if (length >= kLineLimitBytes) {
-      return messages::Report(error, messages::kLineTooLong, {representation_});
-    }
-    if (lineEnd == std::string_view::npos) return true;
-    lineStart = lineEnd + 1;
-  }
+  return CheckLines(representation_.UTF8(), error);
 }
 
 AQVString APPDStatement::CommentLines(const AQVString& comment, AError* error) {

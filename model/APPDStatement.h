@@ -5,6 +5,7 @@
 // closing *End line, and validation against the PPD limits (40-byte keywords,
 // 80-byte translations, 255-byte lines, per-type character sets).
 
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -42,6 +43,14 @@ class APPDStatement {
   AQVString GetStringRepresentation(AError* error) const;
   // Runs every check in order; the first failure sets *error (code 4).
   bool IsValid(AError* error) const;
+
+  // The text that a statement of these parts gives, appended to `out`
+  // without making the statement: true when valid, else false with *error
+  // set (code 4, the same message) and `out` unchanged. For writers that
+  // make many lines.
+  static bool Append(std::string& out, std::string_view mainKeyword, std::string_view optionKeyword,
+                     std::string_view optionTranslation, std::string_view value, PPDValueType valueType,
+                     std::string_view valueTranslation, AError* error);
 
   // The comment rule shared with APPDCommentable: `comment` as "*% " lines,
   // or an empty text with *error set when a trimmed line has 253 or more

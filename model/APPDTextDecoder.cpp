@@ -2,6 +2,7 @@
 
 #include <unicode/ucnv.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 
@@ -106,9 +107,27 @@ void APPDTextDecoder::Remember(std::string_view bytes) {
   }
 }
 
-AQVString APPDTextDecoder::DecodeWith(APPDTextDecoder* decoder, const char* bytes, Kind kind) {
-  if (decoder != nullptr) return decoder->Decode(bytes, kind);
-  return bytes != nullptr ? AQVString(bytes) : AQVString();
+AQVString APPDTextDecoder::DecodeWith(APPDTextDecoder* decoder, const char* bytes, Kind kind,
+                                      bool isText) {
+  AQVString text = decoder != nullptr ? decoder->Decode(bytes, kind)
+                                      : (bytes != nullptr ? AQVString(bytes) : AQVString());
+  if (!isText) return text;
+  const std::string& utf8 = text.UTF8();
+  const auto isControl = [](char byte) { return static_cast<unsigned char>(byte) < 32; };
+  if (std::none_of(utf8.begin(), utf8.end(), isControl)) return text;
+  std::string encoded;
+  for (const char byte : utf8) {
+    if (!isControl(byte)) {
+      encoded += byte;
+      continue;
+    }
+    static constexpr char kHex[] = "0123456789ABCDEF";
+    encoded += '<';
+    encoded += kHex[static_cast<unsigned char>(byte) >> 4];
+    encoded += kHex[byte & 0x0F];
+    encoded += '>';
+  }
+  return AQVString(std::move(encoded));
 }
 
 bool APPDTextDecoder::IsTranslationKeyword(std::string_view keyword, std::string_view* language,

@@ -41,8 +41,11 @@ class APPDTextDecoder {
   AQVString Decode(const char* bytes, Kind kind);
 
   // `decoder->Decode(bytes, kind)`, or without a decoder the bytes as UTF-8
-  // (U+FFFD for bad bytes).
-  static AQVString DecodeWith(APPDTextDecoder* decoder, const char* bytes, Kind kind);
+  // (U+FFFD for bad bytes). For a human-readable text (`isText`), whose
+  // hexadecimal <XX> strings libcups has decoded, every control character
+  // is written back as <XX>, since a translation cannot hold it otherwise.
+  static AQVString DecodeWith(APPDTextDecoder* decoder, const char* bytes, Kind kind,
+                              bool isText = false);
   // Whether `keyword` is a translation line's "ll.Keyword" or
   // "ll_CC.Keyword"; then *language and *rest (when non-null) are its parts.
   static bool IsTranslationKeyword(std::string_view keyword, std::string_view* language = nullptr,

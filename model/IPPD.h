@@ -12,6 +12,8 @@
 #include "model/IPPDOption.h"
 #include "model/IPPDPaperSize.h"
 
+struct ppd_file_s;
+
 namespace ppdforge {
 
 class IPPD : public IPPDObject {
@@ -78,6 +80,14 @@ class IPPD : public IPPDObject {
 
   // A new empty document (count 1, owned by the caller), or null.
   static IPPD* Create();
+  // The normalised document of a PPD file that libcups has parsed (count 1,
+  // owned by the caller); null for a null file or text that cannot be
+  // decoded (APPDReader::Create reports why).
+  static IPPD* Create(const ppd_file_s* file);
+  // The normalised document of the PPD file at `path` (UTF-8; plain or
+  // gzip-compressed), read with libcups (count 1, owned by the caller); null
+  // when it cannot be read (APPDReader::Read reports why).
+  static IPPD* Create(const AQVString& path);
 };
 
 }  // namespace ppdforge

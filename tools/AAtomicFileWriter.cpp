@@ -61,7 +61,6 @@ bool AAtomicFileWriter::Write(const std::filesystem::path& path, std::string_vie
     written += static_cast<std::size_t>(n);
   }
   if (::fchmod(fd, mode) != 0) return abandon("cannot set the permissions of " + temporary, errno);
-  if (::fsync(fd) != 0) return abandon("cannot flush " + temporary, errno);
   if (::close(fd) != 0) {
     const int errorNumber = errno;
     ::unlink(temporary.c_str());

@@ -3,7 +3,9 @@
 #include <CLI/CLI.hpp>
 
 #include <cstdio>
+#include <filesystem>
 #include <ostream>
+#include <system_error>
 #include <utility>
 
 #include "core/AError.h"
@@ -11,6 +13,7 @@
 #include "facade/APlistProductInfo.h"
 #include "facade/ARKPPDConcreteGenerator.h"
 #include "tools/AAtomicFileWriter.h"
+#include "tools/ABatchGenerate.h"
 
 namespace ppdforge {
 
@@ -55,10 +58,13 @@ bool WriteToStream(std::ostream& out, const std::string& bytes) {
 AGenerateCommand::AGenerateCommand(CLI::App& program) {
   command_ = program.add_subcommand(
       "generate", "Write the PPD of a product description (to standard output without -o)");
-  command_->add_option("PRODUCT", product_, "Product description file (XML or binary property list)")
+  command_->add_option("PRODUCT", products_,
+                       "Product description file (XML or binary property list); several "
+                       "products are generated in parallel into the directory given by -o")
       ->required();
   command_->add_option("-o,--output", output_,
-                       "Write the PPD to this file, replacing it atomically");
+                       "Write the PPD to this file, replacing it atomically; with several "
+                       "products, the directory that receives NAME.ppd for each NAME.plist");
   command_->add_option("--strings", bundles_,
                        "Bundle directory with NAME.lproj/Localizable.strings tables; "
                        "may be given several times, searched in the order given")
@@ -75,8 +81,26 @@ AGenerateCommand::AGenerateCommand(CLI::App& program) {
 bool AGenerateCommand::WasSelected() const { return command_->parsed(); }
 
 int AGenerateCommand::Run(std::ostream& out, std::ostream& err) {
+  std::error_code ignored;
+  if (products_.size() > 1 || (!output_.empty() && std::filesystem::is_directory(output_, ignored))) {
+    if (output_.empty()) {
+      err << kProgram << ": several products need -o naming the directory for their PPDs\n";
+      return 2;
+    }
+    const ABatchGenerate::GenerateOne one = [this](const std::string& product,
+                                                   const std::string& output, std::ostream& messages) {
+      std::ostream none(nullptr);
+      return Generate(product, output, none, messages);
+    };
+    return ABatchGenerate::Run(products_, output_, one, err, ABatchGenerate::IsTerminal(err));
+  }
+  return Generate(products_.front(), output_, out, err);
+}
+
+int AGenerateCommand::Generate(const std::string& productPath, const std::string& output,
+                               std::ostream& out, std::ostream& err) const {
   AError error;
-  const std::shared_ptr<APlistProductInfo> product = APlistProductInfo::LoadFile(product_, &error);
+  const std::shared_ptr<APlistProductInfo> product = APlistProductInfo::LoadFile(productPath, &error);
   if (!product) {
     PrintError(err, error);
     return 2;
@@ -129,7 +153,7 @@ int AGenerateCommand::Run(std::ostream& out, std::ostream& err) {
     return 1;
   }
 
-  if (output_.empty()) {
+  if (output.empty()) {
     if (!WriteToStream(out, *data)) {
       err << kProgram << ": cannot write the PPD to standard output\n";
       return 1;
@@ -137,8 +161,8 @@ int AGenerateCommand::Run(std::ostream& out, std::ostream& err) {
     return 0;
   }
   std::string problem;
-  if (!AAtomicFileWriter::Write(output_, *data, &problem)) {
-    err << kProgram << ": cannot write " << output_ << ": " << problem << "\n";
+  if (!AAtomicFileWriter::Write(output, *data, &problem)) {
+    err << kProgram << ": cannot write " << output << ": " << problem << "\n";
     return 1;
   }
   return 0;

@@ -1,7 +1,8 @@
 #pragma once
-// `ppdforge generate PRODUCT [-o OUTPUT] [--strings BUNDLE]...
+// `ppdforge generate PRODUCT... [-o OUTPUT] [--strings BUNDLE]...
 // [--main-language LANG] [--languages LANG,LANG,...]`: writes the PPD of
-// one product description.
+// one product description, or of several into the directory OUTPUT
+// (tools/ABatchGenerate.h).
 
 #include <string>
 #include <vector>
@@ -25,11 +26,17 @@ class AGenerateCommand final : public ICommand {
   // localizes the PPD (1 with the library's error line when that fails) and
   // writes it to the output, atomically, or to `out` (1 when writing fails).
   // Messages and warnings go to `err`.
+  // Several products, or an existing directory as the output, run the
+  // batch: one PPD per product in that directory, on all cores.
   int Run(std::ostream& out, std::ostream& err) override;
 
  private:
+  // One product into `output` (a file; `out` when empty), as Run describes.
+  int Generate(const std::string& product, const std::string& output, std::ostream& out,
+               std::ostream& err) const;
+
   CLI::App* command_ = nullptr;
-  std::string product_;
+  std::vector<std::string> products_;
   std::string output_;
   std::vector<std::string> bundles_;
   std::string mainLanguage_;

@@ -7,6 +7,8 @@
 #include <memory>
 #include <vector>
 
+#include "tools/ACheckCommand.h"
+#include "tools/AConvertCommand.h"
 #include "tools/AGenerateCommand.h"
 
 int main(int argc, char** argv) {
@@ -19,6 +21,8 @@ int main(int argc, char** argv) {
 
   std::vector<std::unique_ptr<ppdforge::ICommand>> commands;
   commands.push_back(std::make_unique<ppdforge::AGenerateCommand>(program));
+  commands.push_back(std::make_unique<ppdforge::ACheckCommand>(program));
+  commands.push_back(std::make_unique<ppdforge::AConvertCommand>(program));
 
   try {
     program.parse(argc, argv);

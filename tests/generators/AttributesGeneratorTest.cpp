@@ -4,60 +4,46 @@
 
 #include <memory>
 #include <optional>
-#include <string>
 #include <vector>
 
 #include "core/ASharedObject.h"
 #include "engine/IPPDGenerator.h"
 #include "engine/IPPDObjectGenerator.h"
-#include "support/FakeProductInfo.h"
+#include "support/GeneratorTestSupport.h"
 
 namespace ppdforge {
 namespace {
 
+using testing::Describe;
+using testing::Dict;
 using testing::FakeProductInfo;
 
-std::string Describe(const AError& error) {
-  return error.domain.UTF8() + "/" + std::to_string(error.code) + ": " + error.message.UTF8();
-}
-
-ADictionary Dict(std::initializer_list<std::pair<const char*, AValue>> items) {
-  ADictionary dictionary;
-  for (const auto& [key, value] : items) dictionary.Set(key, value);
-  return dictionary;
-}
-
-class AttributesGeneratorTest : public ::testing::Test {
+class AttributesGeneratorTest : public testing::GeneratorTestSupport {
  protected:
   void SetUp() override {
-    engine_.reset(IPPDGenerator::Create(std::make_shared<FakeProductInfo>()));
-    ASSERT_NE(engine_, nullptr);
+    MakeEngine();
+    ASSERT_NE(Engine(), nullptr);
     // Fails in the attributes phase (no descriptions) after making the document.
-    ASSERT_FALSE(engine_->CreatePPDObjects(nullptr));
-    ASSERT_NE(engine_->GetPPD(), nullptr);
+    ASSERT_FALSE(RunEngine());
+    ASSERT_NE(Doc(), nullptr);
   }
 
   // A generator made through the registry, as the engine makes it.
   static AScopedRef<APPDGenericAttributesGenerator> Make(IPPDGenerator* engine,
                                                         const ADictionary& description) {
-    return AScopedRef<APPDGenericAttributesGenerator>(static_cast<APPDGenericAttributesGenerator*>(
-        IPPDObjectGenerator::Create("APPDGenericAttributesGenerator", engine, &description)));
+    return testing::CreateGenerator<APPDGenericAttributesGenerator>(
+        "APPDGenericAttributesGenerator", engine, description);
   }
 
   std::vector<IPPDAttribute*> Attributes(const char* name) const {
     std::vector<IPPDAttribute*> out;
-    engine_->GetPPD()->GetAttributesWithNameAndSpec(name, nullptr, out);
+    Doc()->GetAttributesWithNameAndSpec(name, nullptr, out);
     return out;
   }
-
-  struct Releaser {
-    void operator()(IPPDGenerator* engine) const { ReleaseObject(engine); }
-  };
-  std::unique_ptr<IPPDGenerator, Releaser> engine_;
 };
 
 TEST_F(AttributesGeneratorTest, NameAndValueAloneGiveAQuotedAttribute) {
-  auto generator = Make(engine_.get(), Dict({{"name", "ModelName"}, {"value", "Probe 1"}}));
+  auto generator = Make(Engine(), Dict({{"name", "ModelName"}, {"value", "Probe 1"}}));
   ASSERT_TRUE(generator);
   EXPECT_TRUE(generator->IsApplicable());
   AError error{"untouched", 99, "untouched"};
@@ -72,11 +58,11 @@ TEST_F(AttributesGeneratorTest, NameAndValueAloneGiveAQuotedAttribute) {
 }
 
 TEST_F(AttributesGeneratorTest, EveryKeyReachesTheAttribute) {
-  auto generator = Make(engine_.get(), Dict({{"name", "cupsICCProfile"},
-                                             {"spec", "RGB.Plain"},
-                                             {"translation", "Plain Paper"},
-                                             {"value", "/usr/share/p.icc"},
-                                             {"comment", "Profiles"}}));
+  auto generator = Make(Engine(), Dict({{"name", "cupsICCProfile"},
+                                        {"spec", "RGB.Plain"},
+                                        {"translation", "Plain Paper"},
+                                        {"value", "/usr/share/p.icc"},
+                                        {"comment", "Profiles"}}));
   ASSERT_TRUE(generator->Generate(nullptr));
   const auto attributes = Attributes("cupsICCProfile");
   ASSERT_EQ(attributes.size(), 1u);
@@ -96,7 +82,7 @@ class ValueTypeTest : public AttributesGeneratorTest,
 TEST_P(ValueTypeTest, ReadsNumbersAndDecimalText) {
   ADictionary description = Dict({{"name", "Probe"}, {"value", "x"}});
   if (GetParam().valueType) description.Set("value-type", *GetParam().valueType);
-  auto generator = Make(engine_.get(), description);
+  auto generator = Make(Engine(), description);
   EXPECT_EQ(generator->GetAttributeValueType(), GetParam().expected);
 }
 
@@ -113,8 +99,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const ::testing::TestParamInfo<ValueTypeCase>& param) { return param.param.label; });
 
 TEST_F(AttributesGeneratorTest, NonStringEntriesReadAsEmpty) {
-  auto generator =
-      Make(engine_.get(), Dict({{"name", 5}, {"spec", AArray{}}, {"value", true}}));
+  auto generator = Make(Engine(), Dict({{"name", 5}, {"spec", AArray{}}, {"value", true}}));
   EXPECT_EQ(generator->GetAttributeName(), "");
   EXPECT_EQ(generator->GetAttributeSpec(), "");
   EXPECT_EQ(generator->GetAttributeValue(), "");
@@ -145,9 +130,9 @@ class ComputedValueGenerator : public APPDGenericAttributesGenerator {
 TEST_F(AttributesGeneratorTest, SubclassGettersFeedGenerateAndTheMessage) {
   AScopedRef<APPDGenericAttributesGenerator> generator(CreateSharedObject<ComputedValueGenerator>());
   const ADictionary description = Dict({{"name", "ModelName"}, {"value", "given"}});
-  generator->Initialize(engine_.get(), &description);
+  generator->Initialize(Engine(), &description);
   ASSERT_TRUE(generator->Generate(nullptr));
-  EXPECT_EQ(engine_->GetPPD()->GetAttributeValueWithNameAndSpec("ModelName", nullptr), "computed");
+  EXPECT_EQ(Doc()->GetAttributeValueWithNameAndSpec("ModelName", nullptr), "computed");
 
   AScopedRef<IPPDGenerator> bare(IPPDGenerator::Create(nullptr));
   generator->Initialize(bare.get(), nullptr);
@@ -158,7 +143,7 @@ TEST_F(AttributesGeneratorTest, SubclassGettersFeedGenerateAndTheMessage) {
 }
 
 TEST_F(AttributesGeneratorTest, AddAttributeObjectStoresTheObjectItself) {
-  auto generator = Make(engine_.get(), ADictionary());
+  auto generator = Make(Engine(), ADictionary());
   AScopedRef<IPPDAttribute> attribute(
       IPPDAttribute::Create("Product", "", "", "(Probe)", kPPDQuotedValue, ""));
   EXPECT_TRUE(generator->AddAttribute(attribute.get()));

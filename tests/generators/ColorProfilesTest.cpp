@@ -1,70 +1,37 @@
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "core/ADictionary.h"
-#include "core/ASharedObject.h"
-#include "engine/IPPDGenerator.h"
-#include "engine/IPPDObjectGenerator.h"
 #include "generators/colorprofiles/AICCProfilesGenerator.h"
 #include "model/IPPD.h"
-#include "support/FakeProductInfo.h"
+#include "support/GeneratorTestSupport.h"
 
 namespace ppdforge {
 namespace {
 
-using Entries = std::initializer_list<std::pair<const char*, AValue>>;
-
-ADictionary Dict(Entries entries) {
-  ADictionary dictionary;
-  for (const auto& [key, value] : entries) dictionary.Set(key, value);
-  return dictionary;
-}
+using testing::Dict;
 
 ADictionary Profile(const char* name, const char* userName, const char* path) {
   return Dict({{"name", name}, {"userName", userName}, {"path", path}});
 }
 
-ADictionary BaseProduct() {
-  const ADictionary letter = Dict({{"name", "Letter"}, {"PPDName", "Letter"}, {"paperRectTop", 0},
-                                   {"paperRectLeft", 0}, {"paperRectBottom", 792},
-                                   {"paperRectRight", 612}, {"pageRectLeft", 18},
-                                   {"pageRectBottom", 774}, {"pageRectRight", 594}});
-  return Dict({{"attributesGenerationInfo", AArray()},
-               {"optionsGenerationInfo", AArray()},
-               {"cupsUIResolversGenerationInfo", AArray()},
-               {"constraintsGenerationInfo", AArray()},
-               {"options", Dict({{"QVPaperInfo", Dict({{"values", AArray{letter}}})}})}});
-}
-
-class ColorProfilesTest : public ::testing::Test {
+class ColorProfilesTest : public testing::GeneratorTestSupport {
  protected:
-  ColorProfilesTest()
-      : product_(std::make_shared<testing::FakeProductInfo>(BaseProduct())),
-        engine_(IPPDGenerator::Create(product_)) {}
-
   void SetUp() override {
-    ASSERT_TRUE(engine_);
-    AError error;
-    ASSERT_TRUE(engine_->CreatePPDObjects(&error)) << error.message.UTF8();
+    ASSERT_TRUE(StartEngine(
+        testing::ProductRoot(AArray{testing::MediaSize("Letter", "Letter", 612, 792, 18)})));
   }
 
-  IPPD* Doc() const { return engine_->GetPPD(); }
-
-  void SetProfiles(const AArray& profiles) { product_->Root().Set("colorProfiles", profiles); }
+  void SetProfiles(const AArray& profiles) { Root().Set("colorProfiles", profiles); }
   void SetCustomColorMatching(const AValue& value) {
-    product_->Root().Set("features", Dict({{"supportsCustomColorMatching", value}}));
+    Root().Set("features", Dict({{"supportsCustomColorMatching", value}}));
   }
 
   // Runs the attributes generator as the engine does; false when not applicable.
   bool Run(const ADictionary& description = {}, AError* error = nullptr) {
-    AScopedRef<IPPDObjectGenerator> generator(IPPDObjectGenerator::Create(
-        "APPDICCProfilesAttributesGenerator", engine_.get(), &description));
-    EXPECT_TRUE(generator);
-    return generator && generator->IsApplicable() && generator->Generate(error);
+    return RunGenerator("APPDICCProfilesAttributesGenerator", description, error).generated;
   }
 
   // The lines of every attribute named `name`, with their value types.
@@ -79,9 +46,6 @@ class ColorProfilesTest : public ::testing::Test {
     }
     return lines;
   }
-
-  std::shared_ptr<testing::FakeProductInfo> product_;
-  AScopedRef<IPPDGenerator> engine_;
 };
 
 using Lines = std::vector<std::string>;
@@ -172,7 +136,7 @@ TEST_F(ColorProfilesTest, ProfilesGeneratorOffersNameAndUserNameValues) {
                      Dict({{"name", "Bare"}, {"path", "/p/bare.icc"}}),
                      Dict({{"name", "NoPath"}})});
   AICCProfilesGenerator profiles;
-  profiles.Initialize(engine_.get());
+  profiles.Initialize(Engine());
   ASSERT_EQ(profiles.GetProfiles().size(), 2u);
   EXPECT_EQ(profiles.GetProfileValues(),
             (AArray{Dict({{"name", "Plain"}, {"userName", "Plain Paper"}}),
@@ -190,14 +154,12 @@ TEST_F(ColorProfilesTest, AttributesAndOptionFromOneProductDescription) {
   photo.Set("default", true);
   SetProfiles(AArray{Profile("Plain", "Plain Paper", "/p/plain.icc"), photo});
   SetCustomColorMatching(true);
-  product_->Root().Set("attributesGenerationInfo",
-                       AArray{Dict({{"generator", "APPDICCProfilesAttributesGenerator"}})});
-  product_->Root().Set("optionsGenerationInfo",
-                       AArray{Dict({{"generator", "APPDICCProfileOptionGenerator"},
-                                    {"code-name", "ColorProfile"},
-                                    {"user-name", "Color Profile"}})});
-  AError error;
-  ASSERT_TRUE(engine_->CreatePPDObjects(&error)) << error.message.UTF8();
+  Root().Set("attributesGenerationInfo",
+             AArray{Dict({{"generator", "APPDICCProfilesAttributesGenerator"}})});
+  Root().Set("optionsGenerationInfo", AArray{Dict({{"generator", "APPDICCProfileOptionGenerator"},
+                                                   {"code-name", "ColorProfile"},
+                                                   {"user-name", "Color Profile"}})});
+  ASSERT_TRUE(RunEngine());
   EXPECT_EQ(LinesOf("cupsICCProfile"),
             (Lines{"*cupsICCProfile ../Plain Paper: \"/p/plain.icc\" (type 1)",
                    "*cupsICCProfile RGB../Photo Paper: \"/p/photo.icc\" (type 1)"}));

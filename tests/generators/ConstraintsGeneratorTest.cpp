@@ -1,81 +1,30 @@
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "core/ADictionary.h"
 #include "core/ASharedObject.h"
-#include "engine/IPPDGenerator.h"
-#include "engine/IPPDObjectGenerator.h"
 #include "generators/APPDGenericConstraintsGenerator.h"
 #include "model/IPPD.h"
-#include "support/FakeProductInfo.h"
+#include "support/GeneratorTestSupport.h"
 
 namespace ppdforge {
 namespace {
 
-using Entries = std::initializer_list<std::pair<const char*, AValue>>;
+using testing::Choice;
+using testing::Dict;
+using testing::Strings;
+using testing::ValueLabel;
 
-ADictionary Dict(Entries entries) {
-  ADictionary dictionary;
-  for (const auto& [key, value] : entries) dictionary.Set(key, value);
-  return dictionary;
-}
-
-ADictionary BaseProduct() {
-  const ADictionary a4 = Dict({{"name", "A4"}, {"PPDName", "A4"}, {"paperRectTop", 0},
-                               {"paperRectLeft", 0}, {"paperRectBottom", 842},
-                               {"paperRectRight", 595}, {"pageRectLeft", 12},
-                               {"pageRectBottom", 830}, {"pageRectRight", 583}});
-  return Dict({{"attributesGenerationInfo", AArray()},
-               {"optionsGenerationInfo", AArray()},
-               {"cupsUIResolversGenerationInfo", AArray()},
-               {"constraintsGenerationInfo", AArray()},
-               {"options", Dict({{"QVPaperInfo", Dict({{"values", AArray{a4}},
-                                                        {"defaultChoice", "A4"}})}})}});
-}
-
-ADictionary Choice(const char* id) { return Dict({{"id", id}, {"name", id}, {"code", ""}}); }
-
-std::vector<std::string> Strings(const AArray& array) {
-  std::vector<std::string> out;
-  for (std::size_t i = 0; i < array.Count(); ++i) out.push_back(array.GetStringAt(i).UTF8());
-  return out;
-}
-
-class ConstraintsGeneratorTest : public ::testing::Test {
+class ConstraintsGeneratorTest : public testing::GeneratorTestSupport {
  protected:
-  ConstraintsGeneratorTest()
-      : product_(std::make_shared<testing::FakeProductInfo>(BaseProduct())),
-        engine_(IPPDGenerator::Create(product_)) {}
-
   void SetUp() override {
-    ASSERT_TRUE(engine_);
-    AError error;
-    ASSERT_TRUE(engine_->CreatePPDObjects(&error)) << error.message.UTF8();
+    ASSERT_TRUE(StartEngine(testing::MinimalProductRoot()));
     ASSERT_TRUE(Doc()->GetConstraints().empty());
-    AddOption("Duplex", {"None", "DuplexNoTumble"});
-    AddOption("MediaType", {"Plain", "Transparency"});
-    AddOption("InputSlot", {"Upper", "Manual"});
-  }
-
-  IPPD* Doc() const { return engine_->GetPPD(); }
-
-  void AddOption(const char* id, const std::vector<const char*>& choices) {
-    IPPDGroup* group = Doc()->GetGroupWithID("Setup");
-    if (group == nullptr) {
-      AScopedRef<IPPDGroup> made(IPPDGroup::Create("Setup", "Setup", {}, {}, ""));
-      group = Doc()->AddGroup(made.get(), false);
-    }
-    ASSERT_NE(group, nullptr);
-    AScopedRef<IPPDOption> option(IPPDOption::Create(id, id, "", PPD_UI_PICKONE, {}, ""));
-    for (const char* choiceID : choices) {
-      AScopedRef<IPPDChoice> choice(IPPDChoice::Create(choiceID, choiceID, "", ""));
-      option->AddChoice(choice.get(), false);
-    }
-    group->AddOption(option.get(), false);
+    AddPickOneOption("Setup", "Duplex", {"None", "DuplexNoTumble"});
+    AddPickOneOption("Setup", "MediaType", {"Plain", "Transparency"});
+    AddPickOneOption("Setup", "InputSlot", {"Upper", "Manual"});
   }
 
   void AddResolver(const char* name) {
@@ -84,35 +33,18 @@ class ConstraintsGeneratorTest : public ::testing::Test {
   }
 
   AScopedRef<APPDGenericConstraintsGenerator> Make(const ADictionary& description) {
-    IPPDObjectGenerator* made =
-        IPPDObjectGenerator::Create("APPDGenericConstraintsGenerator", engine_.get(), &description);
-    return AScopedRef<APPDGenericConstraintsGenerator>(
-        dynamic_cast<APPDGenericConstraintsGenerator*>(made));
+    return MakeGenerator<APPDGenericConstraintsGenerator>("APPDGenericConstraintsGenerator",
+                                                          description);
   }
 
   // Generates whether applicable or not (Generate does not check).
   bool Generate(const ADictionary& description, AError* error = nullptr) {
-    AScopedRef<APPDGenericConstraintsGenerator> generator = Make(description);
-    return generator && generator->Generate(error);
+    return GenerateAnyway("APPDGenericConstraintsGenerator", description, error);
   }
 
   bool Applicable(const ADictionary& description) {
-    AScopedRef<APPDGenericConstraintsGenerator> generator = Make(description);
-    return generator && generator->IsApplicable();
+    return IsApplicable("APPDGenericConstraintsGenerator", description);
   }
-
-  // Every constraint of the document, each text followed by a line feed.
-  std::string ConstraintsText() const {
-    std::string text;
-    for (const IPPDConstraint* constraint : Doc()->GetConstraints()) {
-      AError error;
-      text += constraint->GetStringRepresentation(&error).UTF8() + error.message.UTF8() + "\n";
-    }
-    return text;
-  }
-
-  std::shared_ptr<testing::FakeProductInfo> product_;
-  AScopedRef<IPPDGenerator> engine_;
 };
 
 TEST_F(ConstraintsGeneratorTest, NumberedListEndsAtTheFirstGap) {
@@ -150,9 +82,7 @@ TEST_F(ConstraintsGeneratorTest, NonUIFlagTable) {
     if (!c.value.IsNull()) description.Set("non-ui", c.value);
     AScopedRef<APPDGenericConstraintsGenerator> generator = Make(description);
     ASSERT_TRUE(generator);
-    const AQVString* text = c.value.AsString();
-    EXPECT_EQ(generator->IsConstraintNonUI(), c.expected)
-        << (text != nullptr ? text->UTF8() : std::to_string(c.value.IntegerValue()));
+    EXPECT_EQ(generator->IsConstraintNonUI(), c.expected) << ValueLabel(c.value);
   }
 }
 
@@ -170,9 +100,7 @@ TEST_F(ConstraintsGeneratorTest, CUPSFlagTable) {
     if (!c.value.IsNull()) description.Set("cupsUIConstraint", c.value);
     AScopedRef<APPDGenericConstraintsGenerator> generator = Make(description);
     ASSERT_TRUE(generator);
-    const AQVString* text = c.value.AsString();
-    EXPECT_EQ(generator->IsCUPSUIConstraint(), c.expected)
-        << (text != nullptr ? text->UTF8() : std::to_string(c.value.IntegerValue()));
+    EXPECT_EQ(generator->IsCUPSUIConstraint(), c.expected) << ValueLabel(c.value);
   }
 }
 
@@ -364,7 +292,7 @@ TEST_F(ConstraintsGeneratorTest, RefusedConstraintReportsTheError) {
       CreateSharedObject<RefusingConstraintsGenerator>());
   ASSERT_TRUE(generator);
   const ADictionary description = Dict({{"option-1", "Duplex"}, {"option-2", "MediaType"}});
-  generator->Initialize(engine_.get(), &description);
+  generator->Initialize(Engine(), &description);
   AError error;
   EXPECT_FALSE(generator->Generate(&error));
   EXPECT_EQ(error, (AError{kRKPPDGenerationErrorDomain, 1, "Cannot add PPD constraint."}));
@@ -372,25 +300,30 @@ TEST_F(ConstraintsGeneratorTest, RefusedConstraintReportsTheError) {
 }
 
 TEST_F(ConstraintsGeneratorTest, ThroughTheEngineAfterOptionsAndResolvers) {
-  product_->Root().Set(
-      "optionsGenerationInfo",
-      AArray{Dict({{"code-name", "Duplex"}, {"choices", AArray{Choice("None"), Choice("DuplexTumble")}}}),
-             Dict({{"code-name", "MediaType"},
-                   {"choices", AArray{Choice("Plain"), Choice("Transparency")}}})});
-  product_->Root().Set("cupsUIResolversGenerationInfo",
-                       AArray{Dict({{"resolver-name", "NoDuplex"}, {"option-1", "Duplex"},
-                                    {"choice-1", "None"}})});
-  product_->Root().Set(
-      "constraintsGenerationInfo",
-      AArray{Dict({{"option-1", "Duplex"}, {"choice-1", "DuplexTumble"}, {"option-2", "MediaType"},
-                   {"choice-2", "Transparency"}}),
-             Dict({{"generator", ""}, {"cupsUIConstraint", true}, {"resolver", "NoDuplex"},
-                   {"option-1", "Duplex"}, {"choice-1", "DuplexTumble"},
-                   {"option-2", "MediaType"}, {"choice-2", "Transparency"}}),
-             Dict({{"cupsUIConstraint", true}, {"resolver", "Missing"},
-                   {"option-1", "Duplex"}, {"option-2", "MediaType"}})});
-  AError error;
-  ASSERT_TRUE(engine_->CreatePPDObjects(&error)) << error.message.UTF8();
+  Root().Set("optionsGenerationInfo",
+             AArray{Dict({{"code-name", "Duplex"},
+                          {"choices", AArray{Choice("None"), Choice("DuplexTumble")}}}),
+                    Dict({{"code-name", "MediaType"},
+                          {"choices", AArray{Choice("Plain"), Choice("Transparency")}}})});
+  Root().Set(
+      "cupsUIResolversGenerationInfo",
+      AArray{Dict({{"resolver-name", "NoDuplex"}, {"option-1", "Duplex"}, {"choice-1", "None"}})});
+  Root().Set("constraintsGenerationInfo", AArray{Dict({{"option-1", "Duplex"},
+                                                       {"choice-1", "DuplexTumble"},
+                                                       {"option-2", "MediaType"},
+                                                       {"choice-2", "Transparency"}}),
+                                                 Dict({{"generator", ""},
+                                                       {"cupsUIConstraint", true},
+                                                       {"resolver", "NoDuplex"},
+                                                       {"option-1", "Duplex"},
+                                                       {"choice-1", "DuplexTumble"},
+                                                       {"option-2", "MediaType"},
+                                                       {"choice-2", "Transparency"}}),
+                                                 Dict({{"cupsUIConstraint", true},
+                                                       {"resolver", "Missing"},
+                                                       {"option-1", "Duplex"},
+                                                       {"option-2", "MediaType"}})});
+  ASSERT_TRUE(RunEngine());
   // The CUPS description names the same pairs, so it replaces the pairwise one.
   EXPECT_EQ(ConstraintsText(),
             "*cupsUIConstraints NoDuplex: \"*Duplex DuplexTumble *MediaType Transparency\"\n");

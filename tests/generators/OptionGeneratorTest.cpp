@@ -1,98 +1,39 @@
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "core/ADictionary.h"
 #include "core/ASharedObject.h"
-#include "engine/IPPDGenerator.h"
-#include "engine/IPPDObjectGenerator.h"
 #include "generators/APPDGenericOptionGenerator.h"
 #include "model/IPPD.h"
-#include "support/FakeProductInfo.h"
+#include "support/GeneratorTestSupport.h"
 
 namespace ppdforge {
 namespace {
 
-using Entries = std::initializer_list<std::pair<const char*, AValue>>;
+using testing::Choice;
+using testing::Dict;
+using testing::SettingValue;
+using testing::ValueLabel;
 
-ADictionary Dict(Entries entries) {
-  ADictionary dictionary;
-  for (const auto& [key, value] : entries) dictionary.Set(key, value);
-  return dictionary;
-}
-
-ADictionary Value(const char* name, const char* userName) {
-  return Dict({{"name", name}, {"userName", userName}});
-}
-
-ADictionary Choice(const char* id, const char* name, const char* code) {
-  return Dict({{"id", id}, {"name", name}, {"code", code}});
-}
-
-// A product with empty descriptions and one media, so that the engine builds
-// a document the tests then fill generator by generator.
-ADictionary BaseProduct() {
-  const ADictionary a4 = Dict({{"name", "A4"}, {"PPDName", "A4"}, {"paperRectTop", 0},
-                               {"paperRectLeft", 0}, {"paperRectBottom", 842},
-                               {"paperRectRight", 595}, {"pageRectLeft", 12},
-                               {"pageRectBottom", 830}, {"pageRectRight", 583}});
-  return Dict({{"attributesGenerationInfo", AArray()},
-               {"optionsGenerationInfo", AArray()},
-               {"cupsUIResolversGenerationInfo", AArray()},
-               {"constraintsGenerationInfo", AArray()},
-               {"options", Dict({{"QVPaperInfo", Dict({{"values", AArray{a4}},
-                                                        {"defaultChoice", "A4"}})}})}});
-}
-
-class OptionGeneratorTest : public ::testing::Test {
+class OptionGeneratorTest : public testing::GeneratorTestSupport {
  protected:
-  OptionGeneratorTest()
-      : product_(std::make_shared<testing::FakeProductInfo>(BaseProduct())),
-        engine_(IPPDGenerator::Create(product_)) {}
-
   void SetUp() override {
-    ASSERT_TRUE(engine_);
-    AError error;
-    ASSERT_TRUE(engine_->CreatePPDObjects(&error)) << error.message.UTF8();
+    ASSERT_TRUE(StartEngine(testing::MinimalProductRoot()));
     // Start from a document without groups, so that every group seen was made here.
     Doc()->RemoveGroupWithID("General");
     ASSERT_TRUE(Doc()->GetGroups().empty());
   }
 
-  IPPD* Doc() const { return engine_->GetPPD(); }
-
-  void SetSetting(const char* name, const ADictionary& setting) {
-    ADictionary options;
-    product_->Root().GetDictionary("options", options);
-    options.Set(name, setting);
-    product_->Root().Set("options", options);
-  }
-
   AScopedRef<APPDGenericOptionGenerator> Make(const ADictionary& description) {
-    IPPDObjectGenerator* made =
-        IPPDObjectGenerator::Create("APPDGenericOptionGenerator", engine_.get(), &description);
-    return AScopedRef<APPDGenericOptionGenerator>(dynamic_cast<APPDGenericOptionGenerator*>(made));
+    return MakeGenerator<APPDGenericOptionGenerator>("APPDGenericOptionGenerator", description);
   }
 
   // Runs the generator as the engine does; false when not applicable or failed.
   bool Run(const ADictionary& description, AError* error = nullptr) {
-    AScopedRef<APPDGenericOptionGenerator> generator = Make(description);
-    return generator && generator->IsApplicable() && generator->Generate(error);
+    return RunGenerator("APPDGenericOptionGenerator", description, error).generated;
   }
-
-  std::string OptionText(const char* id) const {
-    const IPPDOption* option = Doc()->GetOptionWithID(id);
-    if (option == nullptr) return "<no option>";
-    AError error;
-    const AQVString text = option->GetStringRepresentation(&error);
-    return text.UTF8() + error.message.UTF8();
-  }
-
-  std::shared_ptr<testing::FakeProductInfo> product_;
-  AScopedRef<IPPDGenerator> engine_;
 };
 
 TEST_F(OptionGeneratorTest, ChoicesFromDescription) {
@@ -124,8 +65,8 @@ TEST_F(OptionGeneratorTest, ChoicesFromDescription) {
 TEST_F(OptionGeneratorTest, ChoicesFromProductSettingShareTheGenericCode) {
   SetSetting("QVTray", Dict({{"userName", "Paper Source"},
                              {"defaultChoice", "Lower"},
-                             {"values", AArray{Value("Upper", "Upper Tray"),
-                                               Value("Lower", "Lower Tray")}}}));
+                             {"values", AArray{SettingValue("Upper", "Upper Tray"),
+                                               SettingValue("Lower", "Lower Tray")}}}));
   // A format-like text stays as it is: the generic class formats nothing.
   const ADictionary description = Dict({{"code-name", "Tray"}, {"setting-name", "QVTray"},
                                         {"choice-generic-code", "%@ %d tray"}});
@@ -146,7 +87,7 @@ TEST_F(OptionGeneratorTest, ChoicesFromSettingValuesAskTheProductForTheEmptyName
   // Neither choices nor a setting name: the generic class asks for the
   // setting "", and the option gets no translation from it.
   SetSetting("", Dict({{"userName", "Not used"},
-                       {"values", AArray{Value("On", "On"), Value("Off", "Off")}}}));
+                       {"values", AArray{SettingValue("On", "On"), SettingValue("Off", "Off")}}}));
   const ADictionary description = Dict({{"code-name", "Feature"}, {"choice-generic-code", "x"}});
   AScopedRef<APPDGenericOptionGenerator> generator = Make(description);
   ASSERT_TRUE(generator);
@@ -190,7 +131,7 @@ TEST_F(OptionGeneratorTest, ChoiceSourceTable) {
 }
 
 TEST_F(OptionGeneratorTest, ApplicabilityByValueCount) {
-  SetSetting("Two", Dict({{"values", AArray{Value("A", "A"), Value("B", "B")}}}));
+  SetSetting("Two", Dict({{"values", AArray{SettingValue("A", "A"), SettingValue("B", "B")}}}));
   SetSetting("None", Dict({{"values", AArray()}}));
   SetSetting("NoValues", Dict({{"userName", "x"}}));
   struct Case {
@@ -225,14 +166,14 @@ TEST_F(OptionGeneratorTest, ApplicabilityByValueCount) {
 }
 
 TEST_F(OptionGeneratorTest, SkippedOptionLeavesNothingAndNoError) {
-  SetSetting("Two", Dict({{"values", AArray{Value("A", "A"), Value("B", "B")}}}));
-  product_->Root().Set("optionsGenerationInfo",
-                       AArray{Dict({{"code-name", "Skipped"}, {"setting-name", "Two"},
-                                    {"min-value-count", 3}}),
-                              Dict({{"code-name", "Missing"}, {"setting-name", "Unknown"}}),
-                              Dict({{"code-name", "Kept"}, {"setting-name", "Two"}})});
+  SetSetting("Two", Dict({{"values", AArray{SettingValue("A", "A"), SettingValue("B", "B")}}}));
+  Root().Set(
+      "optionsGenerationInfo",
+      AArray{Dict({{"code-name", "Skipped"}, {"setting-name", "Two"}, {"min-value-count", 3}}),
+             Dict({{"code-name", "Missing"}, {"setting-name", "Unknown"}}),
+             Dict({{"code-name", "Kept"}, {"setting-name", "Two"}})});
   AError error;
-  ASSERT_TRUE(engine_->CreatePPDObjects(&error)) << error.message.UTF8();
+  ASSERT_TRUE(RunEngine(&error));
   EXPECT_EQ(error, AError());
   EXPECT_EQ(Doc()->GetOptionWithID("Skipped"), nullptr);
   EXPECT_EQ(Doc()->GetOptionWithID("Missing"), nullptr);
@@ -256,9 +197,7 @@ TEST_F(OptionGeneratorTest, UITypeTable) {
     if (!c.uiType.IsNull()) description.Set("ui-type", c.uiType);
     AScopedRef<APPDGenericOptionGenerator> generator = Make(description);
     ASSERT_TRUE(generator);
-    const AQVString* text = c.uiType.AsString();
-    EXPECT_EQ(generator->GetOptionUIType(), c.expected)
-        << (text != nullptr ? text->UTF8() : std::to_string(c.uiType.IntegerValue()));
+    EXPECT_EQ(generator->GetOptionUIType(), c.expected) << ValueLabel(c.uiType);
   }
 }
 
@@ -341,7 +280,8 @@ TEST_F(OptionGeneratorTest, NoGroupNameGoesToGeneral) {
 }
 
 TEST_F(OptionGeneratorTest, OptionNameRules) {
-  SetSetting("QVTray", Dict({{"userName", "Paper Source"}, {"values", AArray{Value("A", "A")}}}));
+  SetSetting("QVTray",
+             Dict({{"userName", "Paper Source"}, {"values", AArray{SettingValue("A", "A")}}}));
   struct Case {
     ADictionary description;
     const char* expected;
@@ -362,10 +302,13 @@ TEST_F(OptionGeneratorTest, OptionNameRules) {
 }
 
 TEST_F(OptionGeneratorTest, DefaultChoiceRules) {
-  SetSetting("WithDefault", Dict({{"defaultChoice", "B"},
-                                  {"values", AArray{Value("A", "A"), Value("B", "B")}}}));
-  SetSetting("NoDefault", Dict({{"values", AArray{Value("A", "A"), Value("B", "B")}}}));
-  SetSetting("", Dict({{"defaultChoice", "B"}, {"values", AArray{Value("A", "A"), Value("B", "B")}}}));
+  SetSetting("WithDefault",
+             Dict({{"defaultChoice", "B"},
+                   {"values", AArray{SettingValue("A", "A"), SettingValue("B", "B")}}}));
+  SetSetting("NoDefault",
+             Dict({{"values", AArray{SettingValue("A", "A"), SettingValue("B", "B")}}}));
+  SetSetting("", Dict({{"defaultChoice", "B"},
+                       {"values", AArray{SettingValue("A", "A"), SettingValue("B", "B")}}}));
   struct Case {
     const char* label;
     ADictionary description;
@@ -413,7 +356,8 @@ TEST_F(OptionGeneratorTest, MalformedChoiceEntryFailsNamingTheOption) {
 class PerChoiceCodeGenerator : public APPDGenericOptionGenerator {
  public:
   std::optional<AArray> GetOptionSettingValues() const override {
-    return AArray{Value("Draft", "Draft"), Value("Bad", "Bad"), Value("Best", "Best")};
+    return AArray{SettingValue("Draft", "Draft"), SettingValue("Bad", "Bad"),
+                  SettingValue("Best", "Best")};
   }
   std::optional<AQVString> GetChoiceGenericCode(const IPPDOption* option, const ADictionary* value,
                                                 const AQVString& codeName,
@@ -442,7 +386,7 @@ TEST_F(OptionGeneratorTest, FailingChoiceCodeStopsWithItsOwnError) {
   AScopedRef<PerChoiceCodeGenerator> generator(CreateSharedObject<PerChoiceCodeGenerator>());
   ASSERT_TRUE(generator);
   const ADictionary description = Dict({{"code-name", "Quality"}, {"choice-generic-code", "q"}});
-  generator->Initialize(engine_.get(), &description);
+  generator->Initialize(Engine(), &description);
   ASSERT_TRUE(generator->IsApplicable());
   AError error;
   EXPECT_FALSE(generator->Generate(&error));
@@ -462,7 +406,7 @@ TEST_F(OptionGeneratorTest, PostProcessGetsTheStoredOption) {
   // Explicit choices do not go through the code hook.
   const ADictionary description =
       Dict({{"code-name", "Quality"}, {"choices", AArray{Choice("Bad", "Bad", "b")}}});
-  generator->Initialize(engine_.get(), &description);
+  generator->Initialize(Engine(), &description);
   ASSERT_TRUE(generator->Generate(nullptr));
   EXPECT_EQ(generator->postProcessed, Doc()->GetOptionWithID("Quality"));
   EXPECT_NE(generator->postProcessed, nullptr);
@@ -473,7 +417,7 @@ TEST_F(OptionGeneratorTest, UnknownChoiceSourceIsNotApplicableAndCannotGenerate)
   ASSERT_TRUE(generator);
   const ADictionary description =
       Dict({{"code-name", "Odd"}, {"choices", AArray{Choice("A", "A", "")}}});
-  generator->Initialize(engine_.get(), &description);
+  generator->Initialize(Engine(), &description);
   EXPECT_FALSE(generator->IsApplicable());
   AError error;
   EXPECT_FALSE(generator->Generate(&error));
@@ -482,18 +426,22 @@ TEST_F(OptionGeneratorTest, UnknownChoiceSourceIsNotApplicableAndCannotGenerate)
 }
 
 TEST_F(OptionGeneratorTest, DescriptionsThroughTheEngine) {
-  SetSetting("QVColorMode", Dict({{"userName", "Color Mode"}, {"defaultChoice", "color"},
-                                  {"values", AArray{Value("color", "Color"),
-                                                    Value("grayscale", "Grayscale")}}}));
-  product_->Root().Set(
+  SetSetting("QVColorMode", Dict({{"userName", "Color Mode"},
+                                  {"defaultChoice", "color"},
+                                  {"values", AArray{SettingValue("color", "Color"),
+                                                    SettingValue("grayscale", "Grayscale")}}}));
+  Root().Set(
       "optionsGenerationInfo",
-      AArray{Dict({{"code-name", "ColorMode"}, {"setting-name", "QVColorMode"},
-                   {"group-name", "Color"}, {"choice-generic-code", ""}}),
-             Dict({{"generator", ""}, {"code-name", "Collate"}, {"group-name", "Color"},
+      AArray{Dict({{"code-name", "ColorMode"},
+                   {"setting-name", "QVColorMode"},
+                   {"group-name", "Color"},
+                   {"choice-generic-code", ""}}),
+             Dict({{"generator", ""},
+                   {"code-name", "Collate"},
+                   {"group-name", "Color"},
                    {"ui-type", "Boolean"},
                    {"choices", AArray{Choice("True", "Yes", ""), Choice("False", "No", "")}}})});
-  AError error;
-  ASSERT_TRUE(engine_->CreatePPDObjects(&error)) << error.message.UTF8();
+  ASSERT_TRUE(RunEngine());
   const IPPDGroup* group = Doc()->GetGroupWithID("Color");
   ASSERT_NE(group, nullptr);
   AError textError;

@@ -12,35 +12,18 @@
 #include "generators/APPDPageSizesGenerator.h"
 #include "model/IPPDGroup.h"
 #include "model/IPPDPaperSize.h"
-#include "support/FakeProductInfo.h"
+#include "support/GeneratorTestSupport.h"
 
 namespace ppdforge {
 namespace {
 
+using testing::Describe;
+using testing::Dict;
 using testing::FakeProductInfo;
-
-std::string Describe(const AError& error) {
-  return error.domain.UTF8() + "/" + std::to_string(error.code) + ": " + error.message.UTF8();
-}
-
-ADictionary Dict(std::initializer_list<std::pair<const char*, AValue>> items) {
-  ADictionary dictionary;
-  for (const auto& [key, value] : items) dictionary.Set(key, value);
-  return dictionary;
-}
 
 // A media size of `width` by `height` points with a margin of 18 points.
 ADictionary Media(const char* ppdName, const char* name, double width, double height) {
-  return Dict({{"name", name},
-               {"PPDName", ppdName},
-               {"paperRectTop", 0.0},
-               {"paperRectLeft", 0.0},
-               {"paperRectBottom", height},
-               {"paperRectRight", width},
-               {"pageRectTop", 18.0},
-               {"pageRectLeft", 18.0},
-               {"pageRectBottom", height - 18},
-               {"pageRectRight", width - 18}});
+  return testing::MediaSize(ppdName, name, width, height, 18);
 }
 
 ADictionary With(ADictionary media, const char* key, const AValue& value) {
@@ -50,33 +33,25 @@ ADictionary With(ADictionary media, const char* key, const AValue& value) {
 
 ADictionary Product(const AArray& media, const char* defaultChoice,
                     const AArray& attributes = AArray{}) {
-  return Dict({{"attributesGenerationInfo", attributes},
-               {"optionsGenerationInfo", AArray{}},
-               {"cupsUIResolversGenerationInfo", AArray{}},
-               {"constraintsGenerationInfo", AArray{}},
-               {"options", Dict({{"QVPaperInfo", Dict({{"values", media},
-                                                        {"defaultChoice", defaultChoice}})}})}});
+  ADictionary root = testing::ProductRoot(media, defaultChoice);
+  root.Set("attributesGenerationInfo", attributes);
+  return root;
 }
 
-class PageSizeGeneratorTest : public ::testing::Test {
+class PageSizeGeneratorTest : public testing::GeneratorTestSupport {
  protected:
   // Runs the engine on `root`; the result is kept in ok_.
   void Run(const ADictionary& root) {
-    engine_.reset(IPPDGenerator::Create(std::make_shared<FakeProductInfo>(root)));
-    ASSERT_NE(engine_, nullptr);
-    ok_ = engine_->CreatePPDObjects(&error_);
+    MakeEngine(root);
+    ASSERT_NE(Engine(), nullptr);
+    ok_ = Engine()->CreatePPDObjects(&error_);
   }
 
-  IPPD* Document() const { return engine_->GetPPD(); }
   IPPDOption* Option(const char* id) const {
-    IPPDGroup* general = Document()->GetGroupWithID("General");
+    IPPDGroup* general = Doc()->GetGroupWithID("General");
     return general != nullptr ? general->GetOptionWithID(id) : nullptr;
   }
 
-  struct Releaser {
-    void operator()(IPPDGenerator* engine) const { ReleaseObject(engine); }
-  };
-  std::unique_ptr<IPPDGenerator, Releaser> engine_;
   AError error_{"untouched", 99, "untouched"};
   bool ok_ = false;
 };
@@ -123,8 +98,8 @@ TEST_F(PageSizeGeneratorTest, SizeIsRightMinusLeftByBottomMinusTop) {
   ASSERT_TRUE(ok_);
   EXPECT_EQ(Option("PageSize")->GetChoices()[0]->GetCode().UTF8(),
             "<</PageSize[595.00 842.00] /ImagingBBox null>> setpagedevice");
-  ASSERT_EQ(Document()->GetPaperSizes().size(), 1u);
-  const IPPDPaperSize* paper = Document()->GetPaperSizes()[0];
+  ASSERT_EQ(Doc()->GetPaperSizes().size(), 1u);
+  const IPPDPaperSize* paper = Doc()->GetPaperSizes()[0];
   EXPECT_EQ(paper->GetID(), "Odd");
   EXPECT_EQ(paper->GetName(), "Odd");
   EXPECT_TRUE(RKMediaSizeRectIsEqualToRect(paper->GetPaperSizeRect(),
@@ -139,7 +114,7 @@ TEST_F(PageSizeGeneratorTest, MissingNumbersReadAsZero) {
   ASSERT_TRUE(ok_);
   EXPECT_EQ(Option("PageSize")->GetChoices()[0]->GetCode().UTF8(),
             "<</PageSize[0.00 0.00] /ImagingBBox null>> setpagedevice");
-  EXPECT_TRUE(RKMediaSizeRectIsEqualToRect(Document()->GetPaperSizes()[0]->GetImageableRect(),
+  EXPECT_TRUE(RKMediaSizeRectIsEqualToRect(Doc()->GetPaperSizes()[0]->GetImageableRect(),
                                            RKMediaSizeRectMake(0, 0, 0, 0)));
 }
 
@@ -180,7 +155,7 @@ TEST_F(PageSizeGeneratorTest, PageRegionHoldsTheChoicesPageSizeCopied) {
     EXPECT_EQ(pageSize->GetChoices()[i]->GetOption(), pageSize);
     EXPECT_EQ(pageRegion->GetChoices()[i]->GetOption(), pageRegion);
   }
-  const auto& options = Document()->GetGroupWithID("General")->GetOptions();
+  const auto& options = Doc()->GetGroupWithID("General")->GetOptions();
   ASSERT_EQ(options.size(), 2u);
   EXPECT_EQ(options[0], pageSize);
   EXPECT_EQ(options[1], pageRegion);
@@ -193,20 +168,20 @@ TEST_F(PageSizeGeneratorTest, CustomSizesAreSkipped) {
   ASSERT_TRUE(ok_);
   ASSERT_EQ(Option("PageSize")->GetChoices().size(), 1u);
   EXPECT_EQ(Option("PageSize")->GetChoices()[0]->GetID(), "A4");
-  ASSERT_EQ(Document()->GetPaperSizes().size(), 1u);
+  ASSERT_EQ(Doc()->GetPaperSizes().size(), 1u);
 }
 
 TEST_F(PageSizeGeneratorTest, OnlyCustomSizesGiveTwoEmptyOptions) {
   Run(Product(AArray{With(Media("Custom", "Custom", 0, 0), "isCustomMediaSize", true)}, ""));
   ASSERT_TRUE(ok_);
-  ASSERT_EQ(Document()->GetGroups().size(), 1u);
-  const auto& options = Document()->GetGroupWithID("General")->GetOptions();
+  ASSERT_EQ(Doc()->GetGroups().size(), 1u);
+  const auto& options = Doc()->GetGroupWithID("General")->GetOptions();
   ASSERT_EQ(options.size(), 2u);
   EXPECT_EQ(options[0]->GetID(), "PageSize");
   EXPECT_EQ(options[1]->GetID(), "PageRegion");
   EXPECT_TRUE(options[0]->GetChoices().empty());
   EXPECT_TRUE(options[1]->GetChoices().empty());
-  EXPECT_TRUE(Document()->GetPaperSizes().empty());
+  EXPECT_TRUE(Doc()->GetPaperSizes().empty());
 }
 
 struct NoMediaCase {
@@ -221,7 +196,7 @@ TEST_P(NoMediaTest, FailsWithoutAnError) {
   Run(GetParam().root);
   EXPECT_FALSE(ok_);
   EXPECT_EQ(error_.code, 99);
-  EXPECT_TRUE(Document()->GetGroups().empty());
+  EXPECT_TRUE(Doc()->GetGroups().empty());
 }
 
 ADictionary WithoutPaperInfo() {
@@ -244,13 +219,13 @@ TEST_F(PageSizeGeneratorTest, RunningAgainReusesTheGeneralGroup) {
   Run(Product(AArray{Media("A4", "A4", 595, 842)}, "A4"));
   ASSERT_TRUE(ok_);
   AScopedRef<IPPDObjectGenerator> again(
-      IPPDObjectGenerator::Create("APPDPageSizesGenerator", engine_.get(), nullptr));
+      IPPDObjectGenerator::Create("APPDPageSizesGenerator", Engine(), nullptr));
   ASSERT_TRUE(again);
   EXPECT_TRUE(again->IsApplicable());
   EXPECT_TRUE(again->Generate(nullptr));
-  ASSERT_EQ(Document()->GetGroups().size(), 1u);
-  EXPECT_EQ(Document()->GetGroupWithID("General")->GetOptions().size(), 2u);
-  EXPECT_EQ(Document()->GetPaperSizes().size(), 1u);
+  ASSERT_EQ(Doc()->GetGroups().size(), 1u);
+  EXPECT_EQ(Doc()->GetGroupWithID("General")->GetOptions().size(), 2u);
+  EXPECT_EQ(Doc()->GetPaperSizes().size(), 1u);
 }
 
 TEST_F(PageSizeGeneratorTest, ManyMediaSizes) {
@@ -263,7 +238,7 @@ TEST_F(PageSizeGeneratorTest, ManyMediaSizes) {
   ASSERT_TRUE(ok_);
   EXPECT_EQ(Option("PageSize")->GetChoices().size(), 2000u);
   EXPECT_EQ(Option("PageRegion")->GetChoices().size(), 2000u);
-  EXPECT_EQ(Document()->GetPaperSizes().size(), 2000u);
+  EXPECT_EQ(Doc()->GetPaperSizes().size(), 2000u);
   EXPECT_EQ(Option("PageSize")->GetDefaultChoice(), "Size1999");
 }
 
@@ -277,7 +252,7 @@ TEST_F(PageSizeGeneratorTest, SmallDocumentText) {
   Run(Product(AArray{a4, borderless}, "A4", attributes));
   ASSERT_TRUE(ok_);
   AError error = error_;
-  const AQVString text = Document()->GetStringRepresentation(&error);
+  const AQVString text = Doc()->GetStringRepresentation(&error);
   EXPECT_EQ(error.code, 99) << Describe(error);
   EXPECT_EQ(text.UTF8(),
             "*FormatVersion: \"4.3\"\n"
@@ -325,8 +300,8 @@ ADictionary CustomProduct(bool supported) {
 
 AScopedRef<APPDCustomPageSizeGenerator> MakeCustom(IPPDGenerator* engine,
                                                    const ADictionary& description) {
-  return AScopedRef<APPDCustomPageSizeGenerator>(static_cast<APPDCustomPageSizeGenerator*>(
-      IPPDObjectGenerator::Create("APPDCustomPageSizeGenerator", engine, &description)));
+  return testing::CreateGenerator<APPDCustomPageSizeGenerator>("APPDCustomPageSizeGenerator",
+                                                               engine, description);
 }
 
 struct CustomValueCase {
@@ -343,9 +318,9 @@ class CustomValueTest : public PageSizeGeneratorTest,
 TEST_P(CustomValueTest, FillsTheDescriptionFormat) {
   Run(CustomProduct(true));
   ASSERT_TRUE(ok_);
-  auto generator = MakeCustom(engine_.get(), Dict({{"name", GetParam().name},
-                                                   {"spec", GetParam().spec},
-                                                   {"value", GetParam().format}}));
+  auto generator = MakeCustom(
+      Engine(),
+      Dict({{"name", GetParam().name}, {"spec", GetParam().spec}, {"value", GetParam().format}}));
   ASSERT_TRUE(generator);
   EXPECT_EQ(generator->GetAttributeValue().UTF8(), GetParam().expected);
 }
@@ -384,10 +359,10 @@ TEST_F(PageSizeGeneratorTest, CustomSizeAttributesFollowTheFeature) {
   Run(root);
   ASSERT_TRUE(ok_);
   std::vector<IPPDAttribute*> found;
-  Document()->GetAttributesWithNameAndSpec("MaxMediaWidth", nullptr, found);
+  Doc()->GetAttributesWithNameAndSpec("MaxMediaWidth", nullptr, found);
   ASSERT_EQ(found.size(), 1u);
   EXPECT_EQ(found[0]->GetStringRepresentation(nullptr), "*MaxMediaWidth: \"612\"");
-  Document()->GetAttributesWithNameAndSpec("HWMargins", nullptr, found);
+  Doc()->GetAttributesWithNameAndSpec("HWMargins", nullptr, found);
   ASSERT_EQ(found.size(), 1u);
   EXPECT_EQ(found[0]->GetStringRepresentation(nullptr), "*HWMargins: 2 3 4 2");
 
@@ -395,12 +370,12 @@ TEST_F(PageSizeGeneratorTest, CustomSizeAttributesFollowTheFeature) {
   root.Set("attributesGenerationInfo", attributes);
   Run(root);
   ASSERT_TRUE(ok_);
-  Document()->GetAttributesWithNameAndSpec("MaxMediaWidth", nullptr, found);
+  Doc()->GetAttributesWithNameAndSpec("MaxMediaWidth", nullptr, found);
   EXPECT_TRUE(found.empty());
 
   root.Remove("features");
   Run(root);
-  auto generator = MakeCustom(engine_.get(), ADictionary());
+  auto generator = MakeCustom(Engine(), ADictionary());
   EXPECT_FALSE(generator->IsApplicable());
 }
 
@@ -419,8 +394,7 @@ TEST_F(PageSizeGeneratorTest, CustomSizeMessageShowsTheFilledValue) {
 
 AScopedRef<IPPDObjectGenerator> MakeCategories(IPPDGenerator* engine,
                                                const ADictionary& description) {
-  return AScopedRef<IPPDObjectGenerator>(
-      IPPDObjectGenerator::Create("APPDPageSizeCategoryAttributeGenerator", engine, &description));
+  return testing::CreateGenerator("APPDPageSizeCategoryAttributeGenerator", engine, description);
 }
 
 TEST_F(PageSizeGeneratorTest, CategoriesInTextOrderWithTheCommentOnTheFirst) {
@@ -434,14 +408,14 @@ TEST_F(PageSizeGeneratorTest, CategoriesInTextOrderWithTheCommentOnTheFirst) {
   };
   Run(Product(media, "A1"));
   ASSERT_TRUE(ok_);
-  auto generator = MakeCategories(engine_.get(), Dict({{"name", "cupsPageSizeCategory"},
-                                                       {"value-type", 0},
-                                                       {"comment", "Size categories"}}));
+  auto generator = MakeCategories(
+      Engine(),
+      Dict({{"name", "cupsPageSizeCategory"}, {"value-type", 0}, {"comment", "Size categories"}}));
   ASSERT_TRUE(generator);
   ASSERT_TRUE(generator->IsApplicable());
   ASSERT_TRUE(generator->Generate(nullptr));
   std::vector<IPPDAttribute*> found;
-  Document()->GetAttributesWithNameAndSpec("cupsPageSizeCategory", nullptr, found);
+  Doc()->GetAttributesWithNameAndSpec("cupsPageSizeCategory", nullptr, found);
   ASSERT_EQ(found.size(), 2u);
   EXPECT_EQ(found[0]->GetStringRepresentation(nullptr),
             "*% Size categories\n*cupsPageSizeCategory A/A: \"A1\"");
@@ -451,10 +425,10 @@ TEST_F(PageSizeGeneratorTest, CategoriesInTextOrderWithTheCommentOnTheFirst) {
 TEST_F(PageSizeGeneratorTest, NoCategoriesIsSuccess) {
   Run(Product(AArray{Media("A4", "A4", 595, 842)}, "A4"));
   ASSERT_TRUE(ok_);
-  auto generator = MakeCategories(engine_.get(), Dict({{"name", "cupsPageSizeCategory"}}));
+  auto generator = MakeCategories(Engine(), Dict({{"name", "cupsPageSizeCategory"}}));
   EXPECT_TRUE(generator->Generate(nullptr));
   std::vector<IPPDAttribute*> found;
-  Document()->GetAttributesWithNameAndSpec("cupsPageSizeCategory", nullptr, found);
+  Doc()->GetAttributesWithNameAndSpec("cupsPageSizeCategory", nullptr, found);
   EXPECT_TRUE(found.empty());
 
   AScopedRef<IPPDGenerator> bare(IPPDGenerator::Create(nullptr));

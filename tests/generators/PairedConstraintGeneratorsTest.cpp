@@ -1,52 +1,33 @@
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "core/ADictionary.h"
 #include "core/ASharedObject.h"
-#include "engine/IPPDGenerator.h"
-#include "engine/IPPDObjectGenerator.h"
 #include "generators/APPDDuplexOnPaperTypeConstraintsGenerator.h"
 #include "model/IPPD.h"
-#include "support/FakeProductInfo.h"
+#include "support/GeneratorTestSupport.h"
 
 namespace ppdforge {
 namespace {
 
-using Entries = std::initializer_list<std::pair<const char*, AValue>>;
-
-ADictionary Dict(Entries entries) {
-  ADictionary dictionary;
-  for (const auto& [key, value] : entries) dictionary.Set(key, value);
-  return dictionary;
-}
+using testing::Dict;
+using testing::Setting;
 
 ADictionary Media(const char* name, double width, double height, ADictionary excludes = {},
                   bool custom = false) {
-  ADictionary media = Dict({{"name", name},
-                            {"PPDName", name},
-                            {"paperRectTop", 0},
-                            {"paperRectLeft", 0},
-                            {"paperRectBottom", height},
-                            {"paperRectRight", width},
-                            {"pageRectLeft", 12},
-                            {"pageRectBottom", height - 12},
-                            {"pageRectRight", width - 12}});
+  ADictionary media = testing::MediaSize(name, name, width, height, 12);
   if (!excludes.IsEmpty()) media.Set("excludes", excludes);
   if (custom) media.Set("isCustomMediaSize", true);
   return media;
 }
 
 ADictionary Value(const char* name, ADictionary excludes = {}) {
-  ADictionary value = Dict({{"name", name}, {"userName", name}});
+  ADictionary value = testing::SettingValue(name, name);
   if (!excludes.IsEmpty()) value.Set("excludes", excludes);
   return value;
 }
-
-ADictionary Setting(AArray values) { return Dict({{"values", values}}); }
 
 // Exclusions on every kind of first side; some name choices, values or
 // options that the document does not have.
@@ -74,21 +55,17 @@ ADictionary Product() {
             Dict({{"Duplex", AArray{"DuplexTumble"}}, {"InputSlot", AArray{"Tray2"}}})),
       Value("Cardboard", Dict({{"Duplex", AArray{"DuplexTumble"}}})),
   };
-  return Dict(
-      {{"attributesGenerationInfo", AArray()},
-       {"optionsGenerationInfo", AArray()},
-       {"cupsUIResolversGenerationInfo", AArray()},
-       {"constraintsGenerationInfo", AArray()},
-       {"options",
-        Dict({{"QVPaperInfo", Dict({{"values", media}, {"defaultChoice", "Letter"}})},
-              {"QVPaperType", Setting(paperTypes)},
-              {"QVAltPaperType",
-               Setting(AArray{Value("Plain", Dict({{"InputSlot", AArray{"Tray1"}}}))})},
-              {"QVOutputMode",
-               Setting(AArray{Value("Draft", Dict({{"SimpleImageEnhancement", AArray{"On"}}})),
-                              Value("Best")})}})},
-       {"customPageSizeExcludes", Dict({{"Duplex", AArray{"DuplexTumble", "DuplexNoTumble"}},
-                                        {"InputSlot", AArray{"Manual"}}})}});
+  ADictionary root = testing::ProductRoot(media, "Letter");
+  testing::SetNested(root, "options", "QVPaperType", Setting(paperTypes));
+  testing::SetNested(root, "options", "QVAltPaperType",
+                     Setting(AArray{Value("Plain", Dict({{"InputSlot", AArray{"Tray1"}}}))}));
+  testing::SetNested(
+      root, "options", "QVOutputMode",
+      Setting(
+          AArray{Value("Draft", Dict({{"SimpleImageEnhancement", AArray{"On"}}})), Value("Best")}));
+  root.Set("customPageSizeExcludes", Dict({{"Duplex", AArray{"DuplexTumble", "DuplexNoTumble"}},
+                                           {"InputSlot", AArray{"Manual"}}}));
+  return root;
 }
 
 // Both lines of a pairwise constraint.
@@ -98,14 +75,10 @@ std::string Both(const std::string& first, const std::string& second,
          second + " " + first + "\n";
 }
 
-class PairedConstraintGeneratorsTest : public ::testing::Test {
+class PairedConstraintGeneratorsTest : public testing::GeneratorTestSupport {
  protected:
   void SetUp() override {
-    product_ = std::make_shared<testing::FakeProductInfo>(Product());
-    engine_.reset(IPPDGenerator::Create(product_));
-    ASSERT_TRUE(engine_);
-    AError error;
-    ASSERT_TRUE(engine_->CreatePPDObjects(&error)) << error.message.UTF8();
+    ASSERT_TRUE(StartEngine(Product()));
     AddOption("MediaType", {"Plain", "Glossy", "Transparency"});
     AddOption("Duplex", {"None", "DuplexNoTumble", "DuplexTumble"});
     AddOption("InputSlot", {"Auto", "Tray1", "Manual"});
@@ -115,21 +88,8 @@ class PairedConstraintGeneratorsTest : public ::testing::Test {
     AddOption("SimpleImageEnhancement", {"None", "On"});
   }
 
-  IPPD* Doc() const { return engine_->GetPPD(); }
-
   void AddOption(const char* id, const std::vector<const char*>& choices) {
-    IPPDGroup* group = Doc()->GetGroupWithID("Quality");
-    if (group == nullptr) {
-      AScopedRef<IPPDGroup> made(IPPDGroup::Create("Quality", "Quality", {}, {}, ""));
-      group = Doc()->AddGroup(made.get(), false);
-    }
-    ASSERT_NE(group, nullptr);
-    AScopedRef<IPPDOption> option(IPPDOption::Create(id, id, "", PPD_UI_PICKONE, {}, ""));
-    for (const char* choiceID : choices) {
-      AScopedRef<IPPDChoice> choice(IPPDChoice::Create(choiceID, choiceID, "", ""));
-      option->AddChoice(choice.get(), false);
-    }
-    ASSERT_NE(group->AddOption(option.get(), false), nullptr);
+    AddPickOneOption("Quality", id, choices);
   }
 
   void AddCustomPageSize() {
@@ -137,38 +97,6 @@ class PairedConstraintGeneratorsTest : public ::testing::Test {
                                   kPPDInvocationValue, ""),
               nullptr);
   }
-
-  AScopedRef<IPPDObjectGenerator> Make(const char* className, const ADictionary& entry) {
-    return AScopedRef<IPPDObjectGenerator>(
-        IPPDObjectGenerator::Create(className, engine_.get(), &entry));
-  }
-
-  bool Applicable(const char* className, const ADictionary& entry = {}) {
-    AScopedRef<IPPDObjectGenerator> generator = Make(className, entry);
-    return generator && generator->IsApplicable();
-  }
-
-  bool Generate(const char* className, const ADictionary& entry = {}, AError* error = nullptr) {
-    AScopedRef<IPPDObjectGenerator> generator = Make(className, entry);
-    EXPECT_TRUE(generator) << className;
-    return generator && generator->Generate(error);
-  }
-
-  // Every constraint of the document as it is written.
-  std::string ConstraintsText() const {
-    std::string text;
-    for (const IPPDConstraint* constraint : Doc()->GetConstraints()) {
-      AError error;
-      text += constraint->GetStringRepresentation(&error).UTF8() + error.message.UTF8() + "\n";
-    }
-    return text;
-  }
-
-  struct Releaser {
-    void operator()(IPPDGenerator* engine) const { ReleaseObject(engine); }
-  };
-  std::shared_ptr<testing::FakeProductInfo> product_;
-  std::unique_ptr<IPPDGenerator, Releaser> engine_;
 };
 
 struct RowCase {
@@ -204,35 +132,35 @@ TEST_F(PairedConstraintGeneratorsTest, EachRowPairsItsFirstSideWithItsSecondOpti
     SCOPED_TRACE(row.generator);
     SetUp();
     AddCustomPageSize();
-    EXPECT_TRUE(Applicable(row.generator));
+    EXPECT_TRUE(IsApplicable(row.generator));
     AError error;
-    EXPECT_TRUE(Generate(row.generator, {}, &error)) << error.message.UTF8();
+    EXPECT_TRUE(GenerateAnyway(row.generator, {}, &error)) << error.message.UTF8();
     EXPECT_EQ(ConstraintsText(), row.constraints);
   }
 }
 
 TEST_F(PairedConstraintGeneratorsTest, CustomPageSizeSideNeedsTheCustomPageSizeAttribute) {
-  EXPECT_FALSE(Applicable("APPDDuplexOnCustomPaperSizeConstraintsGenerator"));
-  EXPECT_FALSE(Applicable("APPDPaperSrcOnCustomSizeConstraintsGenerator"));
+  EXPECT_FALSE(IsApplicable("APPDDuplexOnCustomPaperSizeConstraintsGenerator"));
+  EXPECT_FALSE(IsApplicable("APPDPaperSrcOnCustomSizeConstraintsGenerator"));
   AddCustomPageSize();
-  EXPECT_TRUE(Applicable("APPDDuplexOnCustomPaperSizeConstraintsGenerator"));
-  EXPECT_TRUE(Applicable("APPDPaperSrcOnCustomSizeConstraintsGenerator"));
+  EXPECT_TRUE(IsApplicable("APPDDuplexOnCustomPaperSizeConstraintsGenerator"));
+  EXPECT_TRUE(IsApplicable("APPDPaperSrcOnCustomSizeConstraintsGenerator"));
 }
 
 TEST_F(PairedConstraintGeneratorsTest, NotApplicableWithoutEitherOption) {
   EXPECT_FALSE(
-      Applicable("APPDDuplexOnPaperTypeConstraintsGenerator", Dict({{"option-2", "Finisher"}})));
+      IsApplicable("APPDDuplexOnPaperTypeConstraintsGenerator", Dict({{"option-2", "Finisher"}})));
   EXPECT_FALSE(
-      Applicable("APPDDuplexOnPaperTypeConstraintsGenerator", Dict({{"option-1", "PaperType"}})));
+      IsApplicable("APPDDuplexOnPaperTypeConstraintsGenerator", Dict({{"option-1", "PaperType"}})));
   EXPECT_FALSE(
-      Applicable("APPDOwnSelfConstraintsGenerator", Dict({{"setting-name", "QVPaperType"}})));
-  EXPECT_TRUE(Applicable("APPDOwnSelfConstraintsGenerator",
-                         Dict({{"setting-name", "QVPaperType"}, {"option-1", "MediaType"}})));
+      IsApplicable("APPDOwnSelfConstraintsGenerator", Dict({{"setting-name", "QVPaperType"}})));
+  EXPECT_TRUE(IsApplicable("APPDOwnSelfConstraintsGenerator",
+                           Dict({{"setting-name", "QVPaperType"}, {"option-1", "MediaType"}})));
 }
 
 TEST_F(PairedConstraintGeneratorsTest, OwnSelfTakesEveryExcludedOptionTheDocumentHas) {
   const ADictionary entry = Dict({{"setting-name", "QVPaperType"}, {"option-1", "MediaType"}});
-  EXPECT_TRUE(Generate("APPDOwnSelfConstraintsGenerator", entry));
+  EXPECT_TRUE(GenerateAnyway("APPDOwnSelfConstraintsGenerator", entry));
   const std::string glossy = "*MediaType Glossy";
   // Keys in order; "Finisher" and "QVBorderless" are not options, Tray2 no choice.
   EXPECT_EQ(ConstraintsText(),
@@ -244,12 +172,12 @@ TEST_F(PairedConstraintGeneratorsTest, OwnSelfTakesEveryExcludedOptionTheDocumen
 }
 
 TEST_F(PairedConstraintGeneratorsTest, EntryOverridesSettingAndOptionsAndCommentsTheFirst) {
-  EXPECT_TRUE(Generate("APPDDuplexOnPaperTypeConstraintsGenerator",
-                       Dict({{"setting-name", "QVAltPaperType"},
-                             {"option-2", "InputSlot"},
-                             {"comment", "Plain paper feeds"}})));
-  EXPECT_TRUE(Generate("APPDQualityOnPaperTypeConstraintsGenerator",
-                       Dict({{"option-2", "Duplex"}, {"comment", "Glossy paper"}})));
+  EXPECT_TRUE(GenerateAnyway("APPDDuplexOnPaperTypeConstraintsGenerator",
+                             Dict({{"setting-name", "QVAltPaperType"},
+                                   {"option-2", "InputSlot"},
+                                   {"comment", "Plain paper feeds"}})));
+  EXPECT_TRUE(GenerateAnyway("APPDQualityOnPaperTypeConstraintsGenerator",
+                             Dict({{"option-2", "Duplex"}, {"comment", "Glossy paper"}})));
   EXPECT_EQ(ConstraintsText(),
             "*% Plain paper feeds\n" + Both("*MediaType Plain", "*InputSlot Tray1") +
                 "*% Glossy paper\n" + Both("*MediaType Glossy", "*Duplex DuplexNoTumble") +
@@ -259,10 +187,10 @@ TEST_F(PairedConstraintGeneratorsTest, EntryOverridesSettingAndOptionsAndComment
 
 TEST_F(PairedConstraintGeneratorsTest, NonUISecondSideIsAnAttributeWhoseChoicesAreNotChecked) {
   const ADictionary entry = Dict({{"option-2", "QVBorderless"}, {"non-ui", true}});
-  EXPECT_FALSE(Applicable("APPDPaperSrcOnPaperTypeConstraintsGenerator", entry));
+  EXPECT_FALSE(IsApplicable("APPDPaperSrcOnPaperTypeConstraintsGenerator", entry));
   ASSERT_NE(Doc()->AddAttribute("QVBorderless", "False", "", "", kPPDStringValue, ""), nullptr);
-  EXPECT_TRUE(Applicable("APPDPaperSrcOnPaperTypeConstraintsGenerator", entry));
-  EXPECT_TRUE(Generate("APPDPaperSrcOnPaperTypeConstraintsGenerator", entry));
+  EXPECT_TRUE(IsApplicable("APPDPaperSrcOnPaperTypeConstraintsGenerator", entry));
+  EXPECT_TRUE(GenerateAnyway("APPDPaperSrcOnPaperTypeConstraintsGenerator", entry));
   EXPECT_EQ(ConstraintsText(), Both("*MediaType Glossy", "*QVBorderless True", "NonUIConstraints"));
 }
 
@@ -280,7 +208,7 @@ TEST_F(PairedConstraintGeneratorsTest, ARefusedPairFailsNamingBothSides) {
   AScopedRef<RefusingGenerator> generator(CreateSharedObject<RefusingGenerator>());
   ASSERT_TRUE(generator);
   const ADictionary entry;
-  generator->Initialize(engine_.get(), &entry);
+  generator->Initialize(Engine(), &entry);
   AError error;
   EXPECT_FALSE(generator->Generate(&error));
   EXPECT_EQ(error, (AError{"RKPPDGeneration", 1,
@@ -318,7 +246,7 @@ TEST_F(PairedConstraintGeneratorsTest, MalformedExcludesFailBeforeAnythingIsAdde
     SCOPED_TRACE(c.message);
     SetUp();
     AddCustomPageSize();
-    ADictionary& root = product_->Root();
+    ADictionary& root = Root();
     if (c.setting == nullptr) {
       ADictionary excludes;
       ASSERT_TRUE(c.excludes.GetDictionary(excludes));
@@ -339,7 +267,7 @@ TEST_F(PairedConstraintGeneratorsTest, MalformedExcludesFailBeforeAnythingIsAdde
       root.Set("options", options);
     }
     AError error;
-    EXPECT_FALSE(Generate(c.generator, {}, &error));
+    EXPECT_FALSE(GenerateAnyway(c.generator, {}, &error));
     EXPECT_EQ(error, (AError{"RKPPDGeneration", 1, c.message}));
     EXPECT_EQ(ConstraintsText(), "");
   }

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <set>
 #include <string>
 #include <utility>
@@ -9,23 +8,17 @@
 #include "core/ADictionary.h"
 #include "core/AFormatter.h"
 #include "core/ASharedObject.h"
-#include "engine/IPPDGenerator.h"
 #include "engine/IPPDObjectGenerator.h"
 #include "generators/APPDProductNamesGenerator.h"
 #include "model/IPPD.h"
 #include "model/IPPDConstraint.h"
-#include "support/FakeProductInfo.h"
+#include "support/GeneratorTestSupport.h"
 
 namespace ppdforge {
 namespace {
 
-using Entries = std::initializer_list<std::pair<const char*, AValue>>;
-
-ADictionary Dict(Entries entries) {
-  ADictionary dictionary;
-  for (const auto& [key, value] : entries) dictionary.Set(key, value);
-  return dictionary;
-}
+using testing::Dict;
+using testing::GeneratorRun;
 
 // A value, so that a one-element AArray{...} of it nests instead of copying.
 AValue Pair(const char* first, const char* second) { return AArray{first, second}; }
@@ -42,47 +35,21 @@ ADictionary FullProduct() {
 
 // A product whose only data is `root`, and an empty document: the engine
 // stops in the attributes phase (no descriptions) after making it.
-class ProductAttributeGeneratorsTest : public ::testing::Test {
+class ProductAttributeGeneratorsTest : public testing::GeneratorTestSupport {
  protected:
   void Start(ADictionary root) {
-    product_ = std::make_shared<testing::FakeProductInfo>(std::move(root));
-    engine_.reset(IPPDGenerator::Create(product_));
-    ASSERT_TRUE(engine_);
-    ASSERT_FALSE(engine_->CreatePPDObjects(nullptr));
-    ASSERT_NE(engine_->GetPPD(), nullptr);
+    MakeEngine(std::move(root));
+    ASSERT_NE(Engine(), nullptr);
+    ASSERT_FALSE(RunEngine());
+    ASSERT_NE(Doc(), nullptr);
   }
   void StartWithProduct(ADictionary product) { Start(Dict({{"product", product}})); }
 
-  AScopedRef<IPPDObjectGenerator> Make(const char* className, const ADictionary& entry) {
-    return AScopedRef<IPPDObjectGenerator>(
-        IPPDObjectGenerator::Create(className, engine_.get(), &entry));
-  }
-
   // As the engine runs one description: Generate only when applicable.
   bool Run(const char* className, const ADictionary& entry, AError* error = nullptr) {
-    AScopedRef<IPPDObjectGenerator> generator = Make(className, entry);
-    EXPECT_TRUE(generator) << className;
-    if (!generator) return false;
-    return !generator->IsApplicable() || generator->Generate(error);
+    const GeneratorRun run = RunGenerator(className, entry, error);
+    return run.made && (!run.applicable || run.generated);
   }
-
-  bool Applicable(const char* className, const ADictionary& entry) {
-    AScopedRef<IPPDObjectGenerator> generator = Make(className, entry);
-    return generator && generator->IsApplicable();
-  }
-
-  // The whole document; a rendering error is appended so that it shows.
-  std::string Text() const {
-    AError error;
-    const std::string text = engine_->GetPPD()->GetStringRepresentation(&error).UTF8();
-    return text + error.message.UTF8();
-  }
-
-  struct Releaser {
-    void operator()(IPPDGenerator* engine) const { ReleaseObject(engine); }
-  };
-  std::shared_ptr<testing::FakeProductInfo> product_;
-  std::unique_ptr<IPPDGenerator, Releaser> engine_;
 };
 
 struct DatumCase {
@@ -122,18 +89,18 @@ TEST_F(ProductAttributeGeneratorsTest, DatumFillsTheValueOrItsOnePlaceholder) {
     SCOPED_TRACE(std::string(c.generator) + " " + c.text);
     StartWithProduct(FullProduct());
     AError error;
-    EXPECT_TRUE(Applicable(c.generator, c.entry));
+    EXPECT_TRUE(IsApplicable(c.generator, c.entry));
     EXPECT_TRUE(Run(c.generator, c.entry, &error)) << error.message.UTF8();
-    EXPECT_EQ(Text(), std::string(c.text) + "\n\n");
+    EXPECT_EQ(RenderDocument(), std::string(c.text) + "\n\n");
   }
 }
 
 TEST_F(ProductAttributeGeneratorsTest, OutputOrderIsNormalWhenTheProductDoesNotSay) {
   StartWithProduct(Dict({{"modelName", "QV Inkjet 5000"}}));
   const ADictionary entry = Dict({{"name", "DefaultOutputOrder"}, {"value-type", 3}});
-  EXPECT_TRUE(Applicable("APPDDefaultOutputOrderGenerator", entry));
+  EXPECT_TRUE(IsApplicable("APPDDefaultOutputOrderGenerator", entry));
   EXPECT_TRUE(Run("APPDDefaultOutputOrderGenerator", entry));
-  EXPECT_EQ(Text(), "*DefaultOutputOrder: Normal\n\n\n");
+  EXPECT_EQ(RenderDocument(), "*DefaultOutputOrder: Normal\n\n\n");
 }
 
 TEST_F(ProductAttributeGeneratorsTest, WithoutItsDatumAGeneratorWritesAndReportsNothing) {
@@ -168,13 +135,13 @@ TEST_F(ProductAttributeGeneratorsTest, WithoutItsDatumAGeneratorWritesAndReports
     for (const auto& [generator, entry] : cases) {
       SCOPED_TRACE(generator);
       Start(root);
-      EXPECT_FALSE(Applicable(generator, entry));
+      EXPECT_FALSE(IsApplicable(generator, entry));
       AError error{"sentinel", 99, "untouched"};
-      AScopedRef<IPPDObjectGenerator> made = Make(generator, entry);
+      AScopedRef<IPPDObjectGenerator> made = MakeGenerator(generator, entry);
       ASSERT_TRUE(made);
       EXPECT_TRUE(made->Generate(&error));
       EXPECT_EQ(error, (AError{"sentinel", 99, "untouched"}));
-      EXPECT_EQ(Text(), "\n\n");
+      EXPECT_EQ(RenderDocument(), "\n\n");
     }
   }
 }
@@ -194,7 +161,7 @@ TEST_F(ProductAttributeGeneratorsTest, AValueThatDoesNotTakeOneStringFailsNaming
     EXPECT_EQ(error.message.UTF8(),
               "Cannot format the value of PPD attribute *FileVersion with \"" +
                   std::string(format) + "\": " + problem.UTF8());
-    EXPECT_EQ(Text(), "\n\n");
+    EXPECT_EQ(RenderDocument(), "\n\n");
   }
 }
 
@@ -202,7 +169,7 @@ TEST_F(ProductAttributeGeneratorsTest, AValueWithoutPlaceholderIsWrittenAsItStan
   StartWithProduct(FullProduct());
   EXPECT_TRUE(Run("APPDPrinterIconPathGenerator",
                   Dict({{"name", "APPrinterIconPath"}, {"value", "/fixed/100%% icon.png"}})));
-  EXPECT_EQ(Text(), "*APPrinterIconPath: \"/fixed/100% icon.png\"\n\n\n");
+  EXPECT_EQ(RenderDocument(), "*APPrinterIconPath: \"/fixed/100% icon.png\"\n\n\n");
 }
 
 struct CutCase {
@@ -226,7 +193,7 @@ TEST_F(ProductAttributeGeneratorsTest, ShortNickNameCutsTheModelNameAtACharacter
     SCOPED_TRACE(c.modelName);
     StartWithProduct(Dict({{"modelName", AQVString(c.modelName)}}));
     EXPECT_TRUE(Run("APPDProductNamesGenerator", Dict({{"name", "ShortNickName"}})));
-    EXPECT_EQ(Text(), "*ShortNickName: \"" + c.expected + "\"\n\n\n");
+    EXPECT_EQ(RenderDocument(), "*ShortNickName: \"" + c.expected + "\"\n\n\n");
     EXPECT_EQ(APPDProductNamesGenerator::CutAtCharacterBoundary(AQVString(c.modelName), 31).UTF8(),
               c.expected);
   }
@@ -236,7 +203,7 @@ TEST_F(ProductAttributeGeneratorsTest, AGivenShortNickNameIsTakenAsItStands) {
   StartWithProduct(Dict({{"modelName", "QV Inkjet 5000"},
                          {"shortNickName", "QV Inkjet Photo Professional 5000 Series"}}));
   EXPECT_TRUE(Run("APPDProductNamesGenerator", Dict({{"name", "ShortNickName"}})));
-  EXPECT_EQ(Text(), "*ShortNickName: \"QV Inkjet Photo Professional 5000 Series\"\n\n\n");
+  EXPECT_EQ(RenderDocument(), "*ShortNickName: \"QV Inkjet Photo Professional 5000 Series\"\n\n\n");
 }
 
 TEST_F(ProductAttributeGeneratorsTest, ProductWritesOneAttributePerNameWithTheCommentOnTheFirst) {
@@ -244,7 +211,7 @@ TEST_F(ProductAttributeGeneratorsTest, ProductWritesOneAttributePerNameWithTheCo
   product.Set("productNames", AArray{"QV Inkjet 5000", "QV Inkjet 5000 Series"});
   StartWithProduct(product);
   EXPECT_TRUE(Run("APPDProductGenerator", Dict({{"comment", "Product names"}})));
-  EXPECT_EQ(Text(),
+  EXPECT_EQ(RenderDocument(),
             "*% Product names\n"
             "*Product: \"(QV Inkjet 5000)\"\n"
             "*Product: \"(QV Inkjet 5000 Series)\"\n\n\n");
@@ -255,7 +222,7 @@ TEST_F(ProductAttributeGeneratorsTest, ProductDefaultsToTheModelNameAndFormatsTh
   EXPECT_TRUE(Run("APPDProductGenerator", ADictionary()));
   EXPECT_TRUE(
       Run("APPDProductGenerator", Dict({{"name", "QVProduct"}, {"value", "(%@ Printer)"}})));
-  EXPECT_EQ(Text(),
+  EXPECT_EQ(RenderDocument(),
             "*Product: \"(QV Inkjet 5000)\"\n"
             "*QVProduct: \"(QV Inkjet 5000 Printer)\"\n\n\n");
 }
@@ -272,7 +239,7 @@ TEST_F(ProductAttributeGeneratorsTest, PresetValueListsSettingsThenPresetValuesA
                   {"userName", "Fast Draft"},
                   {"settings", AArray{Pair("OutputMode", "Draft")}}})}}}));
   EXPECT_TRUE(Run("APPDPrinterPresetsGenerator", Dict({{"comment", "Presets"}})));
-  EXPECT_EQ(Text(),
+  EXPECT_EQ(RenderDocument(),
             "*% Presets\n"
             "*APPrinterPreset Photo_on_Glossy/Photo on Glossy Paper: \"*MediaType Glossy\n"
             "*OutputMode Best\n"
@@ -300,16 +267,16 @@ TEST_F(ProductAttributeGeneratorsTest, DuplexAttributesFollowTheBackSide) {
     SCOPED_TRACE(c.text);
     Start(Dict({{"product", Dict({{"duplex", c.duplex}})},
                 {"features", Dict({{"supportsAutoDuplex", true}})}}));
-    EXPECT_TRUE(Applicable("APPDDuplexAttributesGenerator", ADictionary()));
+    EXPECT_TRUE(IsApplicable("APPDDuplexAttributesGenerator", ADictionary()));
     EXPECT_TRUE(Run("APPDDuplexAttributesGenerator", ADictionary()));
-    EXPECT_EQ(Text(), std::string(c.text) + "\n\n");
+    EXPECT_EQ(RenderDocument(), std::string(c.text) + "\n\n");
   }
 }
 
 TEST_F(ProductAttributeGeneratorsTest, DuplexAttributesNeedAutomaticDuplexing) {
   Start(Dict({{"product", Dict({{"duplex", Dict({{"backSide", "Rotated"}})}})},
               {"features", Dict({{"supportsAutoDuplex", false}})}}));
-  EXPECT_FALSE(Applicable("APPDDuplexAttributesGenerator", ADictionary()));
+  EXPECT_FALSE(IsApplicable("APPDDuplexAttributesGenerator", ADictionary()));
 }
 
 TEST_F(ProductAttributeGeneratorsTest, MarkersNameEachSupplyThenTheNotice) {
@@ -317,7 +284,7 @@ TEST_F(ProductAttributeGeneratorsTest, MarkersNameEachSupplyThenTheNotice) {
                                             Dict({{"name", "black"}, {"userName", "Black Ink"}})}},
                          {"markerNotice", "Ink levels are approximate."}}));
   EXPECT_TRUE(Run("APPDMarkerAttributesGenerator", Dict({{"comment", "Supplies"}})));
-  EXPECT_EQ(Text(),
+  EXPECT_EQ(RenderDocument(),
             "*% Supplies\n"
             "*cupsMarkerName cyan/Cyan Ink: \"\"\n"
             "*cupsMarkerName black/Black Ink: \"\"\n"
@@ -336,8 +303,8 @@ TEST_F(ProductAttributeGeneratorsTest, IPPReasonsReachTheEndOfTheFileAfterTheCon
   EXPECT_TRUE(Run("APPDFileVersionGenerator", Dict({{"name", "FileVersion"}})));
   AScopedRef<IPPDConstraint> constraint(IPPDConstraint::Create(
       AArray{"Duplex", "MediaType"}, AArray{"DuplexTumble", "Glossy"}, "", false, false, ""));
-  ASSERT_NE(engine_->GetPPD()->AddConstraint(constraint.get(), false), nullptr);
-  EXPECT_EQ(Text(),
+  ASSERT_NE(Doc()->AddConstraint(constraint.get(), false), nullptr);
+  EXPECT_EQ(RenderDocument(),
             "*FileVersion: \"1.4.2\"\n"
             "\n"
             "*UIConstraints: *Duplex DuplexTumble *MediaType Glossy\n"
@@ -359,7 +326,7 @@ TEST_F(ProductAttributeGeneratorsTest, PreFilterAttributesAreAddedAsDescribed) {
                           {"comment", "Enhancement"}}),
                     Dict({{"name", "QVNoValue"}})}}}));
   EXPECT_TRUE(Run("APPDPreFilterAttributesGenerator", ADictionary()));
-  EXPECT_EQ(Text(),
+  EXPECT_EQ(RenderDocument(),
             "*cupsPreFilter: \"application/pdf 0 qvpdfenhance\"\n"
             "*% Enhancement\n"
             "*QVPreFilterMode Photo: vivid\n\n\n");
@@ -412,7 +379,7 @@ TEST_F(ProductAttributeGeneratorsTest, WrongProductDataFailsNamingTheKeyAndWrite
     AError error;
     EXPECT_FALSE(Run(c.generator, entry, &error));
     EXPECT_EQ(error, (AError{"RKPPDGeneration", 1, c.message}));
-    EXPECT_EQ(Text(), "\n\n");
+    EXPECT_EQ(RenderDocument(), "\n\n");
   }
 }
 

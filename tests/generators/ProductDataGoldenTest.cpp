@@ -2,99 +2,26 @@
 // constraint generator: its whole PPD text, in English and with French and
 // German, and what libcups and cupstestppd make of it.
 
-#include <cups/ppd.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <cstdio>
 #include <filesystem>
-#include <fstream>
-#include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
-#include "core/ASharedObject.h"
-#include "engine/IPPDGenerator.h"
-#include "facade/APlistProductInfo.h"
-#include "model/IPPD.h"
+#include "core/AQVString.h"
+#include "support/GeneratorTestSupport.h"
+#include "support/PPDOracle.h"
 
 namespace ppdforge {
 namespace {
 
-const std::filesystem::path kGolden = std::filesystem::path(PPDFORGE_SOURCE_DIR) / "tests/golden";
-
-std::string ReadFile(const std::filesystem::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
+using testing::GoldenFile;
+using testing::PPDOracle;
 
 // The PPD of the golden product; `languages` empty keeps it single-language.
 std::string Generate(const std::vector<AQVString>& languages, std::string* problem) {
-  AError error;
-  std::shared_ptr<APlistProductInfo> product =
-      APlistProductInfo::LoadFile(kGolden / "product-data.plist", &error);
-  if (!product) {
-    *problem = error.message.UTF8();
-    return "";
-  }
-  if (!product->GetWarnings().empty()) *problem = product->GetWarnings().front().UTF8();
-  AScopedRef<IPPDGenerator> engine(IPPDGenerator::Create(product));
-  if (!engine || !engine->CreatePPDObjects(&error)) {
-    *problem = error.message.UTF8();
-    return "";
-  }
-  engine->AddLocalizedStringsFromBundleAtPath((kGolden / "product-data.bundle").string());
-  engine->SetSupportedLocales(languages);
-  const std::string text = engine->GetPPD()->GetStringRepresentation(&error).UTF8();
-  if (!error.message.IsEmpty()) *problem = error.message.UTF8();
-  return text;
-}
-
-class TemporaryFile {
- public:
-  TemporaryFile(const std::string& name, const std::string& contents)
-      : path_(std::filesystem::temp_directory_path() /
-              (name + "-" + std::to_string(::getpid()) + ".ppd")) {
-    std::ofstream(path_, std::ios::binary) << contents;
-  }
-  ~TemporaryFile() {
-    std::error_code ignored;
-    std::filesystem::remove(path_, ignored);
-  }
-  const std::filesystem::path& Path() const { return path_; }
-
- private:
-  std::filesystem::path path_;
-};
-
-// Empty when libcups loads the file in strict mode, else its complaint.
-std::string StrictLoadProblem(const std::filesystem::path& path) {
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
-  ppdSetConformance(PPD_CONFORM_STRICT);
-  ppd_file_t* ppd = ppdOpenFile(path.c_str());
-  if (ppd != nullptr) {
-    ppdClose(ppd);
-    return "";
-  }
-  int line = 0;
-  const ppd_status_t status = ppdLastError(&line);
-  return std::string(ppdErrorString(status)) + " on line " + std::to_string(line);
-#pragma GCC diagnostic pop
-}
-
-// cupstestppd's exit status and output (filters are not installed here).
-int RunCupsTestPPD(const std::filesystem::path& path, std::string& output) {
-  const std::string command = "cupstestppd -I filters -v '" + path.string() + "' 2>&1";
-  FILE* pipe = ::popen(command.c_str(), "r");
-  if (pipe == nullptr) return -1;
-  char buffer[512];
-  while (std::fgets(buffer, sizeof buffer, pipe) != nullptr) output += buffer;
-  const int status = ::pclose(pipe);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  return testing::GenerateFromProductFile(GoldenFile("product-data.plist"),
+                                          GoldenFile("product-data.bundle"), languages, problem);
 }
 
 struct GoldenCase {
@@ -109,18 +36,21 @@ TEST_P(ProductDataGoldenTest, WholeTextIsTheReviewedOne) {
   std::string problem;
   const std::string text = Generate(GetParam().languages, &problem);
   EXPECT_EQ(problem, "");
-  EXPECT_EQ(text, ReadFile(kGolden / GetParam().expected));
+  EXPECT_EQ(text, PPDOracle::ReadFile(GoldenFile(GetParam().expected)));
 }
 
+// Filters are not installed here (-I filters).
 TEST_P(ProductDataGoldenTest, LoadsStrictlyAndPassesCupsTestPPD) {
   std::string problem;
-  const TemporaryFile file(GetParam().name, Generate(GetParam().languages, &problem));
+  const PPDOracle oracle;
+  const std::filesystem::path file = oracle.WriteFile(std::string(GetParam().name) + ".ppd",
+                                                      Generate(GetParam().languages, &problem));
   ASSERT_EQ(problem, "");
-  EXPECT_EQ(StrictLoadProblem(file.Path()), "");
-  std::string output;
-  EXPECT_EQ(RunCupsTestPPD(file.Path(), output), 0) << output;
-  EXPECT_NE(output.find("NO ERRORS FOUND"), std::string::npos) << output;
-  EXPECT_EQ(output.find("WARN"), std::string::npos) << output;
+  EXPECT_EQ(PPDOracle::LoadFile(file).Problem(), "");
+  const PPDOracle::CheckResult check = PPDOracle::RunCupsTestPPD(file, {"-I", "filters", "-v"});
+  EXPECT_EQ(check.exitStatus, 0) << check.output;
+  EXPECT_NE(check.output.find("NO ERRORS FOUND"), std::string::npos) << check.output;
+  EXPECT_EQ(check.output.find("WARN"), std::string::npos) << check.output;
 }
 
 INSTANTIATE_TEST_SUITE_P(Languages, ProductDataGoldenTest,

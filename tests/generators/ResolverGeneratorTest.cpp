@@ -1,86 +1,38 @@
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "core/ADictionary.h"
 #include "core/ASharedObject.h"
-#include "engine/IPPDGenerator.h"
-#include "engine/IPPDObjectGenerator.h"
 #include "generators/APPDCUPSUIResolverGenerator.h"
 #include "model/IPPD.h"
-#include "support/FakeProductInfo.h"
+#include "support/GeneratorTestSupport.h"
 
 namespace ppdforge {
 namespace {
 
-using Entries = std::initializer_list<std::pair<const char*, AValue>>;
+using testing::Choice;
+using testing::Dict;
+using testing::Strings;
 
-ADictionary Dict(Entries entries) {
-  ADictionary dictionary;
-  for (const auto& [key, value] : entries) dictionary.Set(key, value);
-  return dictionary;
-}
-
-ADictionary BaseProduct() {
-  const ADictionary a4 = Dict({{"name", "A4"}, {"PPDName", "A4"}, {"paperRectTop", 0},
-                               {"paperRectLeft", 0}, {"paperRectBottom", 842},
-                               {"paperRectRight", 595}, {"pageRectLeft", 12},
-                               {"pageRectBottom", 830}, {"pageRectRight", 583}});
-  return Dict({{"attributesGenerationInfo", AArray()},
-               {"optionsGenerationInfo", AArray()},
-               {"cupsUIResolversGenerationInfo", AArray()},
-               {"constraintsGenerationInfo", AArray()},
-               {"options", Dict({{"QVPaperInfo", Dict({{"values", AArray{a4}},
-                                                        {"defaultChoice", "A4"}})}})}});
-}
-
-ADictionary Choice(const char* id) { return Dict({{"id", id}, {"name", id}, {"code", ""}}); }
-
-class ResolverGeneratorTest : public ::testing::Test {
+class ResolverGeneratorTest : public testing::GeneratorTestSupport {
  protected:
-  ResolverGeneratorTest()
-      : product_(std::make_shared<testing::FakeProductInfo>(BaseProduct())),
-        engine_(IPPDGenerator::Create(product_)) {}
-
   void SetUp() override {
-    ASSERT_TRUE(engine_);
-    AError error;
-    ASSERT_TRUE(engine_->CreatePPDObjects(&error)) << error.message.UTF8();
-    AddOption("Duplex", {"None", "DuplexNoTumble", "DuplexTumble"}, "DuplexNoTumble");
-    AddOption("InputSlot", {"Upper", "Lower"}, "");
-    AddOption("Empty", {}, "");
-  }
-
-  IPPD* Doc() const { return engine_->GetPPD(); }
-
-  void AddOption(const char* id, const std::vector<const char*>& choices, const char* defaultChoice) {
-    IPPDGroup* group = Doc()->GetGroupWithID("Setup");
-    if (group == nullptr) {
-      AScopedRef<IPPDGroup> made(IPPDGroup::Create("Setup", "Setup", {}, {}, ""));
-      group = Doc()->AddGroup(made.get(), false);
-    }
-    ASSERT_NE(group, nullptr);
-    AScopedRef<IPPDOption> option(IPPDOption::Create(id, id, defaultChoice, PPD_UI_PICKONE, {}, ""));
-    for (const char* choiceID : choices) {
-      AScopedRef<IPPDChoice> choice(IPPDChoice::Create(choiceID, choiceID, "", ""));
-      option->AddChoice(choice.get(), false);
-    }
-    group->AddOption(option.get(), false);
+    ASSERT_TRUE(StartEngine(testing::MinimalProductRoot()));
+    AddPickOneOption("Setup", "Duplex", {"None", "DuplexNoTumble", "DuplexTumble"},
+                     "DuplexNoTumble");
+    AddPickOneOption("Setup", "InputSlot", {"Upper", "Lower"});
+    AddPickOneOption("Setup", "Empty", {});
   }
 
   AScopedRef<APPDCUPSUIResolverGenerator> Make(const ADictionary& description) {
-    IPPDObjectGenerator* made =
-        IPPDObjectGenerator::Create("APPDCUPSUIResolverGenerator", engine_.get(), &description);
-    return AScopedRef<APPDCUPSUIResolverGenerator>(dynamic_cast<APPDCUPSUIResolverGenerator*>(made));
+    return MakeGenerator<APPDCUPSUIResolverGenerator>("APPDCUPSUIResolverGenerator", description);
   }
 
   // Runs the generator as the engine does; false when not applicable or failed.
   bool Run(const ADictionary& description, AError* error = nullptr) {
-    AScopedRef<APPDCUPSUIResolverGenerator> generator = Make(description);
-    return generator && generator->IsApplicable() && generator->Generate(error);
+    return RunGenerator("APPDCUPSUIResolverGenerator", description, error).generated;
   }
 
   // Every resolver line of the document, one per line.
@@ -94,16 +46,7 @@ class ResolverGeneratorTest : public ::testing::Test {
     }
     return text;
   }
-
-  std::shared_ptr<testing::FakeProductInfo> product_;
-  AScopedRef<IPPDGenerator> engine_;
 };
-
-std::vector<std::string> Strings(const AArray& array) {
-  std::vector<std::string> out;
-  for (std::size_t i = 0; i < array.Count(); ++i) out.push_back(array.GetStringAt(i).UTF8());
-  return out;
-}
 
 TEST_F(ResolverGeneratorTest, WritesTheOptionChoicePairs) {
   const ADictionary description =
@@ -189,17 +132,16 @@ TEST_F(ResolverGeneratorTest, FirstResolverOfANameWins) {
 }
 
 TEST_F(ResolverGeneratorTest, ThroughTheEngineAfterTheOptions) {
-  product_->Root().Set(
-      "optionsGenerationInfo",
-      AArray{Dict({{"code-name", "Duplex"}, {"default-choice", "DuplexTumble"},
-                   {"choices", AArray{Choice("None"), Choice("DuplexTumble")}}})});
-  product_->Root().Set(
+  Root().Set("optionsGenerationInfo",
+             AArray{Dict({{"code-name", "Duplex"},
+                          {"default-choice", "DuplexTumble"},
+                          {"choices", AArray{Choice("None"), Choice("DuplexTumble")}}})});
+  Root().Set(
       "cupsUIResolversGenerationInfo",
       AArray{Dict({{"resolver-name", "NoDuplex"}, {"option-1", "Duplex"}, {"choice-1", "None"}}),
              Dict({{"generator", ""}, {"resolver-name", "Default"}, {"option-1", "Duplex"}}),
              Dict({{"resolver-name", "Skipped"}, {"option-1", "InputSlot"}})});
-  AError error;
-  ASSERT_TRUE(engine_->CreatePPDObjects(&error)) << error.message.UTF8();
+  ASSERT_TRUE(RunEngine());
   EXPECT_EQ(ResolverText(),
             "*cupsUIResolver NoDuplex: \"*Duplex None\"\n"
             "*cupsUIResolver Default: \"*Duplex DuplexTumble\"\n");

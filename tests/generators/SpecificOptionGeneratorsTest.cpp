@@ -1,49 +1,28 @@
-#include <cups/ppd.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <cstdio>
 #include <filesystem>
-#include <fstream>
-#include <memory>
-#include <sstream>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "core/ADictionary.h"
 #include "core/ASharedObject.h"
-#include "engine/IPPDGenerator.h"
 #include "engine/IPPDObjectGenerator.h"
-#include "facade/APlistProductInfo.h"
 #include "model/IPPD.h"
-#include "support/FakeProductInfo.h"
+#include "support/GeneratorTestSupport.h"
+#include "support/PPDOracle.h"
 
 namespace ppdforge {
 namespace {
 
-using Entries = std::initializer_list<std::pair<const char*, AValue>>;
-
-ADictionary Dict(Entries entries) {
-  ADictionary dictionary;
-  for (const auto& [key, value] : entries) dictionary.Set(key, value);
-  return dictionary;
-}
-
-ADictionary Value(const char* name, const char* userName) {
-  return Dict({{"name", name}, {"userName", userName}});
-}
-
-ADictionary Setting(const AArray& values, const char* defaultChoice = nullptr) {
-  ADictionary setting = Dict({{"values", values}});
-  if (defaultChoice != nullptr) setting.Set("defaultChoice", defaultChoice);
-  return setting;
-}
+using testing::Dict;
+using testing::GeneratorRun;
+using testing::PPDOracle;
+using testing::Setting;
+using testing::SettingValue;
 
 ADictionary ColorModel(const char* name, int order, int space, int bits) {
-  ADictionary value = Value(name, name);
+  ADictionary value = SettingValue(name, name);
   value.Set("cupsColorOrder", order);
   value.Set("cupsColorSpace", space);
   value.Set("cupsBitsPerColor", bits);
@@ -55,73 +34,12 @@ ADictionary ThreeColorModels() {
                         ColorModel("Gray", 0, 3, 8)});
 }
 
-// A product with empty descriptions and one media, so that the engine builds
-// a document the tests then fill generator by generator.
-ADictionary BaseProduct() {
-  const ADictionary a4 = Dict({{"name", "A4"}, {"PPDName", "A4"}, {"paperRectTop", 0},
-                               {"paperRectLeft", 0}, {"paperRectBottom", 842},
-                               {"paperRectRight", 595}, {"pageRectLeft", 12},
-                               {"pageRectBottom", 830}, {"pageRectRight", 583}});
-  return Dict({{"attributesGenerationInfo", AArray()},
-               {"optionsGenerationInfo", AArray()},
-               {"cupsUIResolversGenerationInfo", AArray()},
-               {"constraintsGenerationInfo", AArray()},
-               {"CUPSVersion", 0x120},
-               {"options", Dict({{"QVPaperInfo", Setting(AArray{a4}, "A4")}})}});
-}
-
-struct Outcome {
-  bool applicable = false;
-  bool generated = false;
-  AError error;
-};
-
-class SpecificOptionGeneratorsTest : public ::testing::Test {
+class SpecificOptionGeneratorsTest : public testing::GeneratorTestSupport {
  protected:
-  SpecificOptionGeneratorsTest()
-      : product_(std::make_shared<testing::FakeProductInfo>(BaseProduct())),
-        engine_(IPPDGenerator::Create(product_)) {}
-
   void SetUp() override {
-    ASSERT_TRUE(engine_);
-    AError error;
-    ASSERT_TRUE(engine_->CreatePPDObjects(&error)) << error.message.UTF8();
-  }
-
-  IPPD* Doc() const { return engine_->GetPPD(); }
-
-  void SetSetting(const char* name, const ADictionary& setting) {
-    ADictionary options;
-    product_->Root().GetDictionary("options", options);
-    options.Set(name, setting);
-    product_->Root().Set("options", options);
-  }
-
-  void SetFeature(const char* key, const AValue& value) {
-    ADictionary features;
-    product_->Root().GetDictionary("features", features);
-    features.Set(key, value);
-    product_->Root().Set("features", features);
-  }
-
-  // Runs the generator registered as `className` as the engine does.
-  Outcome Run(const char* className, const ADictionary& description) {
-    Outcome outcome;
-    AScopedRef<IPPDObjectGenerator> generator(
-        IPPDObjectGenerator::Create(className, engine_.get(), &description));
-    EXPECT_TRUE(generator) << className;
-    if (!generator) return outcome;
-    outcome.applicable = generator->IsApplicable();
-    if (outcome.applicable) outcome.generated = generator->Generate(&outcome.error);
-    return outcome;
-  }
-
-  std::string OptionText(const char* id) const {
-    const IPPDOption* option = Doc()->GetOptionWithID(id);
-    if (option == nullptr) return "<no option>";
-    AError error;
-    const AQVString text = option->GetStringRepresentation(&error);
-    return text.UTF8() + error.message.UTF8();
+    ADictionary root = testing::MinimalProductRoot();
+    root.Set("CUPSVersion", 0x120);
+    ASSERT_TRUE(StartEngine(root));
   }
 
   std::vector<std::string> ChoiceIDs(const char* id) const {
@@ -142,9 +60,6 @@ class SpecificOptionGeneratorsTest : public ::testing::Test {
     const IPPDChoice* found = held != nullptr ? held->GetChoiceWithID(choice) : nullptr;
     return found != nullptr ? found->GetCode().UTF8() : "<no choice>";
   }
-
-  std::shared_ptr<testing::FakeProductInfo> product_;
-  AScopedRef<IPPDGenerator> engine_;
 };
 
 const ADictionary kColorModelEntry =
@@ -161,18 +76,17 @@ TEST_F(SpecificOptionGeneratorsTest, EachClassIsRegisteredUnderItsOwnName) {
         "APPDGrayscaleModeOptionGenerator", "APPDInstallableOptionGenerator",
         "APPDDigitalPhotoOptionGenerator", "APPDSimpleImageEnhancementOptionGenerator",
         "APPDICCProfileOptionGenerator", "APPDICCProfilesAttributesGenerator"}) {
-    AScopedRef<IPPDObjectGenerator> generator(
-        IPPDObjectGenerator::Create(name, engine_.get(), nullptr));
+    AScopedRef<IPPDObjectGenerator> generator(IPPDObjectGenerator::Create(name, Engine(), nullptr));
     EXPECT_TRUE(generator) << name;
   }
   AScopedRef<IPPDObjectGenerator> helper(
-      IPPDObjectGenerator::Create("APPDSpecificOptionGenerator", engine_.get(), nullptr));
+      IPPDObjectGenerator::Create("APPDSpecificOptionGenerator", Engine(), nullptr));
   EXPECT_FALSE(helper);
 }
 
 TEST_F(SpecificOptionGeneratorsTest, ColorModelFromCUPS120WithoutNoneAndRGBDefault) {
   SetSetting("QVColorModel", ThreeColorModels());
-  const Outcome outcome = Run("APPDColorModelOptionGenerator", kColorModelEntry);
+  const GeneratorRun outcome = RunGenerator("APPDColorModelOptionGenerator", kColorModelEntry);
   ASSERT_TRUE(outcome.generated) << outcome.error.message.UTF8();
   EXPECT_EQ(OptionText("ColorModel"),
             "*OpenUI *ColorModel/Color Model: PickOne\n"
@@ -186,9 +100,9 @@ TEST_F(SpecificOptionGeneratorsTest, ColorModelFromCUPS120WithoutNoneAndRGBDefau
 }
 
 TEST_F(SpecificOptionGeneratorsTest, ColorModelBeforeCUPS120KeepsNone) {
-  product_->Root().Set("CUPSVersion", 0x11F);
+  Root().Set("CUPSVersion", 0x11F);
   SetSetting("QVColorModel", ThreeColorModels());
-  ASSERT_TRUE(Run("APPDColorModelOptionGenerator", kColorModelEntry).generated);
+  ASSERT_TRUE(RunGenerator("APPDColorModelOptionGenerator", kColorModelEntry).generated);
   EXPECT_EQ(ChoiceIDs("ColorModel"), (std::vector<std::string>{"None", "RGB", "Gray"}));
   EXPECT_EQ(DefaultChoice("ColorModel"), "RGB");
 }
@@ -196,7 +110,7 @@ TEST_F(SpecificOptionGeneratorsTest, ColorModelBeforeCUPS120KeepsNone) {
 TEST_F(SpecificOptionGeneratorsTest, ColorModelRemovesOnlyTheFirstNone) {
   SetSetting("QVColorModel", Setting(AArray{ColorModel("None", 0, 0, 0), ColorModel("Gray", 0, 3, 8),
                                             ColorModel("None", 1, 1, 1)}));
-  ASSERT_TRUE(Run("APPDColorModelOptionGenerator", kColorModelEntry).generated);
+  ASSERT_TRUE(RunGenerator("APPDColorModelOptionGenerator", kColorModelEntry).generated);
   EXPECT_EQ(ChoiceIDs("ColorModel"), (std::vector<std::string>{"Gray", "None"}));
   EXPECT_EQ(DefaultChoice("ColorModel"), "Gray");
   EXPECT_EQ(Code("ColorModel", "None"),
@@ -210,7 +124,7 @@ TEST_F(SpecificOptionGeneratorsTest, ColorModelWithoutRGBOrGrayKeepsTheGenericDe
              Setting(AArray{ColorModel("CMYK", 0, 6, 8), ColorModel("KCMY", 0, 7, 8)}, "KCMY"));
   ADictionary entry = kColorModelEntry;
   entry.Set("setting-name", "QVColorModel");
-  ASSERT_TRUE(Run("APPDColorModelOptionGenerator", entry).generated);
+  ASSERT_TRUE(RunGenerator("APPDColorModelOptionGenerator", entry).generated);
   EXPECT_EQ(DefaultChoice("ColorModel"), "KCMY");
 }
 
@@ -218,34 +132,36 @@ TEST_F(SpecificOptionGeneratorsTest, EmptyGenericCodeGivesEmptyCodes) {
   SetSetting("QVColorModel", ThreeColorModels());
   ADictionary entry = kColorModelEntry;
   entry.Remove("choice-generic-code");
-  ASSERT_TRUE(Run("APPDColorModelOptionGenerator", entry).generated);
+  ASSERT_TRUE(RunGenerator("APPDColorModelOptionGenerator", entry).generated);
   EXPECT_EQ(Code("ColorModel", "RGB"), "");
   EXPECT_EQ(Code("ColorModel", "Gray"), "");
 }
 
 TEST_F(SpecificOptionGeneratorsTest, ResolutionCodeTakesHorizontalThenVertical) {
-  ADictionary value = Value("600x300dpi", "600 x 300 dpi");
+  ADictionary value = SettingValue("600x300dpi", "600 x 300 dpi");
   value.Set("horizontalResolutionValue", 600);
   value.Set("verticalResolutionValue", 300);
   SetSetting("QVResolution", Setting(AArray{value}));
-  const Outcome outcome =
-      Run("APPDResolutionOptionGenerator",
-          Dict({{"code-name", "Resolution"}, {"user-name", "Resolution"},
-                {"choice-generic-code", "<</HWResolution[%d %d]>>setpagedevice"}}));
+  const GeneratorRun outcome =
+      RunGenerator("APPDResolutionOptionGenerator",
+                   Dict({{"code-name", "Resolution"},
+                         {"user-name", "Resolution"},
+                         {"choice-generic-code", "<</HWResolution[%d %d]>>setpagedevice"}}));
   ASSERT_TRUE(outcome.generated) << outcome.error.message.UTF8();
   EXPECT_EQ(Code("Resolution", "600x300dpi"), "<</HWResolution[600 300]>>setpagedevice");
 }
 
 TEST_F(SpecificOptionGeneratorsTest, ResolutionWithoutTheSettingIsNotMade) {
-  EXPECT_FALSE(Run("APPDResolutionOptionGenerator", Dict({{"code-name", "Resolution"}})).applicable);
+  EXPECT_FALSE(RunGenerator("APPDResolutionOptionGenerator", Dict({{"code-name", "Resolution"}}))
+                   .applicable);
 }
 
 // The media type, paper source and output mode codes take the option's
 // keyword, then the choice's keyword.
 TEST_F(SpecificOptionGeneratorsTest, KeywordCodesTakeOptionThenChoice) {
-  SetSetting("QVPaperType", Setting(AArray{Value("Plain", "Plain Paper")}));
-  SetSetting("QVPaperSource", Setting(AArray{Value("Tray1", "Tray 1")}));
-  SetSetting("QVOutputMode", Setting(AArray{Value("Best", "Best Quality")}));
+  SetSetting("QVPaperType", Setting(AArray{SettingValue("Plain", "Plain Paper")}));
+  SetSetting("QVPaperSource", Setting(AArray{SettingValue("Tray1", "Tray 1")}));
+  SetSetting("QVOutputMode", Setting(AArray{SettingValue("Best", "Best Quality")}));
   const struct {
     const char* className;
     const char* option;
@@ -257,9 +173,10 @@ TEST_F(SpecificOptionGeneratorsTest, KeywordCodesTakeOptionThenChoice) {
       {"APPDOutputModeOptionGenerator", "OutputMode", "QVOutputMode", "Best"},
   };
   for (const auto& c : cases) {
-    const Outcome outcome =
-        Run(c.className, Dict({{"code-name", c.option}, {"setting-name", c.setting},
-                               {"choice-generic-code", "<</%@ (%@)>>setpagedevice"}}));
+    const GeneratorRun outcome =
+        RunGenerator(c.className, Dict({{"code-name", c.option},
+                                        {"setting-name", c.setting},
+                                        {"choice-generic-code", "<</%@ (%@)>>setpagedevice"}}));
     ASSERT_TRUE(outcome.generated) << c.className << ": " << outcome.error.message.UTF8();
     EXPECT_EQ(Code(c.option, c.choice),
               std::string("<</") + c.option + " (" + c.choice + ")>>setpagedevice")
@@ -268,16 +185,17 @@ TEST_F(SpecificOptionGeneratorsTest, KeywordCodesTakeOptionThenChoice) {
 }
 
 TEST_F(SpecificOptionGeneratorsTest, KeywordCodesMayUsePositionalArguments) {
-  SetSetting("QVPaperType", Setting(AArray{Value("Glossy", "Glossy Paper")}));
-  ASSERT_TRUE(Run("APPDMediaTypeOptionGenerator",
-                  Dict({{"code-name", "MediaType"}, {"setting-name", "QVPaperType"},
-                        {"choice-generic-code", "<</MediaType (%2$@)>>setpagedevice"}}))
+  SetSetting("QVPaperType", Setting(AArray{SettingValue("Glossy", "Glossy Paper")}));
+  ASSERT_TRUE(RunGenerator("APPDMediaTypeOptionGenerator",
+                           Dict({{"code-name", "MediaType"},
+                                 {"setting-name", "QVPaperType"},
+                                 {"choice-generic-code", "<</MediaType (%2$@)>>setpagedevice"}}))
                   .generated);
   EXPECT_EQ(Code("MediaType", "Glossy"), "<</MediaType (Glossy)>>setpagedevice");
 }
 
 ADictionary PaperType(const char* name, const char* quality) {
-  ADictionary value = Value(name, name);
+  ADictionary value = SettingValue(name, name);
   value.Set("defaultQuality", quality);
   return value;
 }
@@ -286,54 +204,61 @@ const ADictionary kOutputModeEntry =
     Dict({{"code-name", "OutputMode"}, {"setting-name", "QVOutputMode"}});
 
 TEST_F(SpecificOptionGeneratorsTest, OutputModeDefaultComesFromTheDefaultPaperType) {
-  SetSetting("QVOutputMode", Setting(AArray{Value("Draft", "Draft"), Value("Normal", "Normal"),
-                                            Value("Best", "Best")},
-                                     "Normal"));
+  SetSetting("QVOutputMode",
+             Setting(AArray{SettingValue("Draft", "Draft"), SettingValue("Normal", "Normal"),
+                            SettingValue("Best", "Best")},
+                     "Normal"));
   SetSetting("QVPaperType",
              Setting(AArray{PaperType("Plain", "Normal"), PaperType("Glossy", "Best")}, "Glossy"));
-  ASSERT_TRUE(Run("APPDOutputModeOptionGenerator", kOutputModeEntry).generated);
+  ASSERT_TRUE(RunGenerator("APPDOutputModeOptionGenerator", kOutputModeEntry).generated);
   EXPECT_EQ(DefaultChoice("OutputMode"), "Best");
 }
 
 TEST_F(SpecificOptionGeneratorsTest, OutputModeDefaultIsEmptyWhenTheDefaultPaperTypeIsUnknown) {
   // Empty, not the setting's own "Normal": the option falls back on its first choice.
-  SetSetting("QVOutputMode", Setting(AArray{Value("Draft", "Draft"), Value("Normal", "Normal"),
-                                            Value("Best", "Best")},
-                                     "Normal"));
+  SetSetting("QVOutputMode",
+             Setting(AArray{SettingValue("Draft", "Draft"), SettingValue("Normal", "Normal"),
+                            SettingValue("Best", "Best")},
+                     "Normal"));
   SetSetting("QVPaperType", Setting(AArray{PaperType("Plain", "Best")}, "Photo"));
-  ASSERT_TRUE(Run("APPDOutputModeOptionGenerator", kOutputModeEntry).generated);
+  ASSERT_TRUE(RunGenerator("APPDOutputModeOptionGenerator", kOutputModeEntry).generated);
   EXPECT_EQ(DefaultChoice("OutputMode"), "Draft");
 }
 
 TEST_F(SpecificOptionGeneratorsTest, DuplexIsDecidedByTheFeatureAlone) {
-  SetSetting("QVDuplex", Setting(AArray{Value("None", "Off"), Value("DuplexNoTumble", "Long Edge")}));
+  SetSetting("QVDuplex", Setting(AArray{SettingValue("None", "Off"),
+                                        SettingValue("DuplexNoTumble", "Long Edge")}));
   const ADictionary entry = Dict({{"code-name", "Duplex"}, {"setting-name", "QVDuplex"},
                                   {"min-value-count", 5}});
-  EXPECT_FALSE(Run("APPDDuplexOptionGenerator", entry).applicable);
+  EXPECT_FALSE(RunGenerator("APPDDuplexOptionGenerator", entry).applicable);
   SetFeature("supportsAutoDuplex", false);
-  EXPECT_FALSE(Run("APPDDuplexOptionGenerator", entry).applicable);
+  EXPECT_FALSE(RunGenerator("APPDDuplexOptionGenerator", entry).applicable);
 
   SetFeature("supportsAutoDuplex", true);
-  const Outcome outcome = Run("APPDDuplexOptionGenerator", entry);
+  const GeneratorRun outcome = RunGenerator("APPDDuplexOptionGenerator", entry);
   EXPECT_TRUE(outcome.applicable);
   EXPECT_TRUE(outcome.generated);
   EXPECT_EQ(ChoiceIDs("Duplex"), (std::vector<std::string>{"None", "DuplexNoTumble"}));
 }
 
 TEST_F(SpecificOptionGeneratorsTest, GrayscaleModeNeedsAGrayscaleColorMode) {
-  SetSetting("QVGrayscaleMode", Setting(AArray{Value("Black", "Black Ink"), Value("Composite", "Composite")}));
+  SetSetting("QVGrayscaleMode", Setting(AArray{SettingValue("Black", "Black Ink"),
+                                               SettingValue("Composite", "Composite")}));
   const ADictionary entry = Dict({{"code-name", "GrayscaleMode"}, {"setting-name", "QVGrayscaleMode"}});
-  EXPECT_FALSE(Run("APPDGrayscaleModeOptionGenerator", entry).applicable);
+  EXPECT_FALSE(RunGenerator("APPDGrayscaleModeOptionGenerator", entry).applicable);
 
-  SetSetting("QVColorMode", Setting(AArray{Value("color", "Color"), Value("Grayscale", "Gray")}));
-  EXPECT_FALSE(Run("APPDGrayscaleModeOptionGenerator", entry).applicable) << "exact comparison";
+  SetSetting("QVColorMode",
+             Setting(AArray{SettingValue("color", "Color"), SettingValue("Grayscale", "Gray")}));
+  EXPECT_FALSE(RunGenerator("APPDGrayscaleModeOptionGenerator", entry).applicable)
+      << "exact comparison";
 
-  SetSetting("QVColorMode", Setting(AArray{Value("color", "Color"), Value("grayscale", "Gray")}));
-  EXPECT_TRUE(Run("APPDGrayscaleModeOptionGenerator", entry).generated);
+  SetSetting("QVColorMode",
+             Setting(AArray{SettingValue("color", "Color"), SettingValue("grayscale", "Gray")}));
+  EXPECT_TRUE(RunGenerator("APPDGrayscaleModeOptionGenerator", entry).generated);
 
   // The generic test still comes first.
-  EXPECT_FALSE(Run("APPDGrayscaleModeOptionGenerator",
-                   Dict({{"code-name", "Other"}, {"setting-name", "QVUnknown"}}))
+  EXPECT_FALSE(RunGenerator("APPDGrayscaleModeOptionGenerator",
+                            Dict({{"code-name", "Other"}, {"setting-name", "QVUnknown"}}))
                    .applicable);
 }
 
@@ -341,21 +266,22 @@ TEST_F(SpecificOptionGeneratorsTest, InstallableNeedsTheSettingEnabled) {
   const ADictionary entry =
       Dict({{"code-name", "OptionalTray"}, {"setting-name", "QVOptionalTray"},
             {"group-name", "InstallableOptions"}});
-  ADictionary setting = Setting(AArray{Value("True", "Installed"), Value("False", "Not Installed")});
+  ADictionary setting =
+      Setting(AArray{SettingValue("True", "Installed"), SettingValue("False", "Not Installed")});
   SetSetting("QVOptionalTray", setting);
-  EXPECT_FALSE(Run("APPDInstallableOptionGenerator", entry).applicable);
+  EXPECT_FALSE(RunGenerator("APPDInstallableOptionGenerator", entry).applicable);
 
   setting.Set("enabled", false);
   SetSetting("QVOptionalTray", setting);
-  EXPECT_FALSE(Run("APPDInstallableOptionGenerator", entry).applicable);
+  EXPECT_FALSE(RunGenerator("APPDInstallableOptionGenerator", entry).applicable);
 
   setting.Set("enabled", true);
   SetSetting("QVOptionalTray", setting);
-  EXPECT_TRUE(Run("APPDInstallableOptionGenerator", entry).generated);
+  EXPECT_TRUE(RunGenerator("APPDInstallableOptionGenerator", entry).generated);
 
   setting.Set("values", AArray());
   SetSetting("QVOptionalTray", setting);
-  EXPECT_FALSE(Run("APPDInstallableOptionGenerator", entry).applicable) << "generic test";
+  EXPECT_FALSE(RunGenerator("APPDInstallableOptionGenerator", entry).applicable) << "generic test";
 }
 
 TEST_F(SpecificOptionGeneratorsTest, ImageEnhancementNeedsItsFeatureAndAddsPreFilterAttributes) {
@@ -369,7 +295,7 @@ TEST_F(SpecificOptionGeneratorsTest, ImageEnhancementNeedsItsFeatureAndAddsPreFi
        "SimpleImageEnhancement"},
   };
   for (const auto& c : cases) {
-    ADictionary setting = Setting(AArray{Value("Off", "Off"), Value("On", "On")});
+    ADictionary setting = Setting(AArray{SettingValue("Off", "Off"), SettingValue("On", "On")});
     setting.Set("PDFPreFilterAttributes",
                 AArray{Dict({{"name", "APPDFPreFilter"}, {"spec", c.option},
                              {"value", "/usr/libexec/prefilter"}, {"value-type", 1}}),
@@ -377,9 +303,9 @@ TEST_F(SpecificOptionGeneratorsTest, ImageEnhancementNeedsItsFeatureAndAddsPreFi
     SetSetting(c.option, setting);
     const ADictionary entry = Dict({{"code-name", c.option}, {"setting-name", c.option}});
 
-    EXPECT_FALSE(Run(c.className, entry).applicable) << c.className;
+    EXPECT_FALSE(RunGenerator(c.className, entry).applicable) << c.className;
     SetFeature(c.feature, true);
-    const Outcome outcome = Run(c.className, entry);
+    const GeneratorRun outcome = RunGenerator(c.className, entry);
     ASSERT_TRUE(outcome.generated) << c.className << ": " << outcome.error.message.UTF8();
     EXPECT_EQ(ChoiceIDs(c.option), (std::vector<std::string>{"Off", "On"}));
 
@@ -396,24 +322,26 @@ TEST_F(SpecificOptionGeneratorsTest, ImageEnhancementNeedsItsFeatureAndAddsPreFi
 
 TEST_F(SpecificOptionGeneratorsTest, ImageEnhancementWithoutPreFilterAttributesAddsNone) {
   SetFeature("supportsSimpleImageEnhancement", true);
-  SetSetting("SimpleImageEnhancement", Setting(AArray{Value("Off", "Off")}));
-  const Outcome outcome =
-      Run("APPDSimpleImageEnhancementOptionGenerator",
-          Dict({{"code-name", "SimpleImageEnhancement"}, {"setting-name", "SimpleImageEnhancement"}}));
+  SetSetting("SimpleImageEnhancement", Setting(AArray{SettingValue("Off", "Off")}));
+  const GeneratorRun outcome = RunGenerator(
+      "APPDSimpleImageEnhancementOptionGenerator",
+      Dict({{"code-name", "SimpleImageEnhancement"}, {"setting-name", "SimpleImageEnhancement"}}));
   EXPECT_TRUE(outcome.generated);
   EXPECT_TRUE(Doc()->GetAttributeValueWithNameAndSpec("APPDFPreFilter", nullptr).IsEmpty());
 }
 
 TEST_F(SpecificOptionGeneratorsTest, ICCProfileOptionEndsWithAutomaticAsDefault) {
-  product_->Root().Set(
+  Root().Set(
       "colorProfiles",
       AArray{Dict({{"name", "Plain"}, {"userName", "Plain Paper"}, {"path", "/p/plain.icc"}}),
-             Dict({{"name", "Photo"}, {"userName", "Photo Paper"}, {"path", "/p/photo.icc"},
+             Dict({{"name", "Photo"},
+                   {"userName", "Photo Paper"},
+                   {"path", "/p/photo.icc"},
                    {"default", true}})});
-  const Outcome outcome =
-      Run("APPDICCProfileOptionGenerator",
-          Dict({{"code-name", "ColorProfile"}, {"user-name", "Color Profile"},
-                {"group-name", "Color"}}));
+  const GeneratorRun outcome =
+      RunGenerator("APPDICCProfileOptionGenerator", Dict({{"code-name", "ColorProfile"},
+                                                          {"user-name", "Color Profile"},
+                                                          {"group-name", "Color"}}));
   ASSERT_TRUE(outcome.generated) << outcome.error.message.UTF8();
   EXPECT_EQ(OptionText("ColorProfile"),
             "*OpenUI *ColorProfile/Color Profile: PickOne\n"
@@ -426,17 +354,19 @@ TEST_F(SpecificOptionGeneratorsTest, ICCProfileOptionEndsWithAutomaticAsDefault)
 }
 
 TEST_F(SpecificOptionGeneratorsTest, ICCProfileOptionMovesAProfileNamedNoneToTheEnd) {
-  product_->Root().Set("colorProfiles",
-                       AArray{Dict({{"name", "None"}, {"userName", "Nothing"}, {"path", "/p/n.icc"}}),
-                              Dict({{"name", "Photo"}, {"path", "/p/photo.icc"}})});
-  ASSERT_TRUE(Run("APPDICCProfileOptionGenerator", Dict({{"code-name", "ColorProfile"}})).generated);
+  Root().Set("colorProfiles",
+             AArray{Dict({{"name", "None"}, {"userName", "Nothing"}, {"path", "/p/n.icc"}}),
+                    Dict({{"name", "Photo"}, {"path", "/p/photo.icc"}})});
+  ASSERT_TRUE(RunGenerator("APPDICCProfileOptionGenerator", Dict({{"code-name", "ColorProfile"}}))
+                  .generated);
   EXPECT_EQ(ChoiceIDs("ColorProfile"), (std::vector<std::string>{"Photo", "None"}));
   EXPECT_EQ(Doc()->GetOptionWithID("ColorProfile")->GetChoiceWithID("None")->GetName(), "Automatic");
   EXPECT_EQ(DefaultChoice("ColorProfile"), "None");
 }
 
 TEST_F(SpecificOptionGeneratorsTest, ICCProfileOptionWithoutProfilesIsNotMade) {
-  EXPECT_FALSE(Run("APPDICCProfileOptionGenerator", Dict({{"code-name", "ColorProfile"}})).applicable);
+  EXPECT_FALSE(RunGenerator("APPDICCProfileOptionGenerator", Dict({{"code-name", "ColorProfile"}}))
+                   .applicable);
   EXPECT_EQ(Doc()->GetOptionWithID("ColorProfile"), nullptr);
 }
 
@@ -444,11 +374,11 @@ TEST_F(SpecificOptionGeneratorsTest, ICCProfileOptionWithoutProfilesIsNotMade) {
 // that does not fit its arguments fails the option with a message naming it.
 TEST_F(SpecificOptionGeneratorsTest, BadChoiceCodeFormatsFailWithAClearError) {
   SetSetting("QVColorModel", Setting(AArray{ColorModel("RGB", 0, 1, 8)}));
-  ADictionary resolution = Value("600dpi", "600 dpi");
+  ADictionary resolution = SettingValue("600dpi", "600 dpi");
   resolution.Set("horizontalResolutionValue", 600);
   resolution.Set("verticalResolutionValue", 600);
   SetSetting("QVResolution", Setting(AArray{resolution}));
-  SetSetting("QVPaperType", Setting(AArray{Value("Plain", "Plain")}));
+  SetSetting("QVPaperType", Setting(AArray{SettingValue("Plain", "Plain")}));
 
   const struct {
     const char* className;
@@ -479,7 +409,7 @@ TEST_F(SpecificOptionGeneratorsTest, BadChoiceCodeFormatsFailWithAClearError) {
   for (const auto& c : cases) {
     ADictionary entry = Dict({{"code-name", c.option}, {"choice-generic-code", c.code}});
     if (*c.settingName != '\0') entry.Set("setting-name", c.settingName);
-    const Outcome outcome = Run(c.className, entry);
+    const GeneratorRun outcome = RunGenerator(c.className, entry);
     EXPECT_TRUE(outcome.applicable) << c.code;
     EXPECT_FALSE(outcome.generated) << c.code;
     EXPECT_EQ(outcome.error.domain, "RKPPDGeneration");
@@ -492,14 +422,13 @@ TEST_F(SpecificOptionGeneratorsTest, BadChoiceCodeFormatsFailWithAClearError) {
 TEST_F(SpecificOptionGeneratorsTest, TheEngineRunsTheClassNamedByTheDescription) {
   SetSetting("QVColorModel", ThreeColorModels());
   SetFeature("supportsAutoDuplex", false);
-  SetSetting("QVDuplex", Setting(AArray{Value("None", "Off"), Value("DuplexNoTumble", "On")}));
-  product_->Root().Set(
-      "optionsGenerationInfo",
-      AArray{kColorModelEntry,
-             Dict({{"generator", "APPDDuplexOptionGenerator"}, {"code-name", "Duplex"},
-                   {"setting-name", "QVDuplex"}})});
-  AError error;
-  ASSERT_TRUE(engine_->CreatePPDObjects(&error)) << error.message.UTF8();
+  SetSetting("QVDuplex",
+             Setting(AArray{SettingValue("None", "Off"), SettingValue("DuplexNoTumble", "On")}));
+  Root().Set("optionsGenerationInfo",
+             AArray{kColorModelEntry, Dict({{"generator", "APPDDuplexOptionGenerator"},
+                                            {"code-name", "Duplex"},
+                                            {"setting-name", "QVDuplex"}})});
+  ASSERT_TRUE(RunEngine());
   EXPECT_EQ(ChoiceIDs("ColorModel"), (std::vector<std::string>{"RGB", "Gray"}));
   EXPECT_EQ(Doc()->GetOptionWithID("Duplex"), nullptr);
 }
@@ -507,116 +436,48 @@ TEST_F(SpecificOptionGeneratorsTest, TheEngineRunsTheClassNamedByTheDescription)
 // The golden product uses all eleven option generators and the colour
 // profiles; its PPD is compared whole with the reviewed text and checked by
 // libcups and cupstestppd.
-const std::filesystem::path kGolden = std::filesystem::path(PPDFORGE_SOURCE_DIR) / "tests/golden";
-
-std::string ReadFile(const std::filesystem::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream text;
-  text << in.rdbuf();
-  return text.str();
-}
-
 std::string GenerateGolden(std::string* problem) {
-  AError error;
-  std::shared_ptr<APlistProductInfo> product =
-      APlistProductInfo::LoadFile(kGolden / "specific-options.plist", &error);
-  if (!product) {
-    *problem = error.message.UTF8();
-    return "";
-  }
-  if (!product->GetWarnings().empty()) *problem = product->GetWarnings().front().UTF8();
-  AScopedRef<IPPDGenerator> engine(IPPDGenerator::Create(product));
-  if (!engine || !engine->CreatePPDObjects(&error)) {
-    *problem = error.message.UTF8();
-    return "";
-  }
-  const std::string text = engine->GetPPD()->GetStringRepresentation(&error).UTF8();
-  if (!error.message.IsEmpty()) *problem = error.message.UTF8();
-  return text;
-}
-
-// A scratch directory: the PPD and a root holding the product's ICC files.
-class ScratchRoot {
- public:
-  ScratchRoot()
-      : path_(std::filesystem::temp_directory_path() /
-              ("specific-options-" + std::to_string(::getpid()))) {
-    std::filesystem::create_directories(path_);
-  }
-  ~ScratchRoot() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  const std::filesystem::path& Path() const { return path_; }
-
-  // Creates the profile files (read-only, owned by whoever runs the test;
-  // cupstestppd checks the owner only when it runs as root, which then owns them).
-  void AddProfile(const std::string& absolutePath) const {
-    const std::filesystem::path file = path_ / std::filesystem::path(absolutePath).relative_path();
-    std::filesystem::create_directories(file.parent_path());
-    std::ofstream(file, std::ios::binary) << "icc";
-    ::chmod(file.c_str(), 0444);
-  }
-
- private:
-  std::filesystem::path path_;
-};
-
-std::string StrictLoadProblem(const std::filesystem::path& path) {
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
-  ppdSetConformance(PPD_CONFORM_STRICT);
-  ppd_file_t* ppd = ppdOpenFile(path.c_str());
-  if (ppd != nullptr) {
-    ppdClose(ppd);
-    return "";
-  }
-  int line = 0;
-  const ppd_status_t status = ppdLastError(&line);
-  return std::string(ppdErrorString(status)) + " on line " + std::to_string(line);
-#pragma GCC diagnostic pop
-}
-
-int RunCupsTestPPD(const std::string& arguments, std::string& output) {
-  FILE* pipe = ::popen(("cupstestppd " + arguments + " 2>&1").c_str(), "r");
-  if (pipe == nullptr) return -1;
-  char buffer[512];
-  while (std::fgets(buffer, sizeof buffer, pipe) != nullptr) output += buffer;
-  const int status = ::pclose(pipe);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  return testing::GenerateFromProductFile(testing::GoldenFile("specific-options.plist"), {}, {},
+                                          problem);
 }
 
 TEST(SpecificOptionsGoldenTest, WholeTextIsTheReviewedOne) {
   std::string problem;
   const std::string text = GenerateGolden(&problem);
   EXPECT_EQ(problem, "");
-  EXPECT_EQ(text, ReadFile(kGolden / "specific-options.ppd"));
+  EXPECT_EQ(text, PPDOracle::ReadFile(testing::GoldenFile("specific-options.ppd")));
 }
 
 // Filters are not installed here (-I filters); the profile files are made
-// under a scratch root given with -R, so the profiles check really runs.
+// under the oracle's directory given as the root with -R, so the profiles
+// check really runs.
 TEST(SpecificOptionsGoldenTest, LoadsStrictlyAndPassesCupsTestPPDWithItsProfileFiles) {
   std::string problem;
   const std::string text = GenerateGolden(&problem);
   ASSERT_EQ(problem, "");
-  const ScratchRoot root;
-  const std::filesystem::path ppd = root.Path() / "specific-options.ppd";
-  std::ofstream(ppd, std::ios::binary) << text;
-  EXPECT_EQ(StrictLoadProblem(ppd), "");
+  const PPDOracle oracle;
+  const std::filesystem::path ppd = oracle.WriteFile("specific-options.ppd", text);
+  EXPECT_EQ(PPDOracle::LoadFile(ppd).Problem(), "");
 
-  const std::string arguments = "-I filters -R '" + root.Path().string() + "' -v '" + ppd.string() + "'";
-  std::string withoutFiles;
-  EXPECT_NE(RunCupsTestPPD(arguments, withoutFiles), 0) << "the profiles check must be active";
-  EXPECT_NE(withoutFiles.find("Missing cupsICCProfile file"), std::string::npos) << withoutFiles;
+  const std::vector<std::string> options = {"-I", "filters", "-R", oracle.Directory().string(),
+                                            "-v"};
+  const PPDOracle::CheckResult withoutFiles = PPDOracle::RunCupsTestPPD(ppd, options);
+  EXPECT_NE(withoutFiles.exitStatus, 0) << "the profiles check must be active";
+  EXPECT_NE(withoutFiles.output.find("Missing cupsICCProfile file"), std::string::npos)
+      << withoutFiles.output;
 
+  // Read-only and owned by whoever runs the test: cupstestppd checks the
+  // owner only when it runs as root, which then owns them.
   for (const char* path :
        {"/usr/share/color/icc/qv/plain-rgb-v2.icc", "/usr/share/color/icc/qv/glossy-rgb.icc",
         "/usr/share/color/icc/qv/highres-rgb.icc", "/usr/share/color/icc/qv/gray.icc"}) {
-    root.AddProfile(path);
+    const std::filesystem::path file =
+        oracle.WriteFile(std::filesystem::path(path).relative_path(), "icc");
+    ::chmod(file.c_str(), 0444);
   }
-  std::string output;
-  EXPECT_EQ(RunCupsTestPPD(arguments, output), 0) << output;
-  EXPECT_EQ(output.find("WARN"), std::string::npos) << output;
+  const PPDOracle::CheckResult check = PPDOracle::RunCupsTestPPD(ppd, options);
+  EXPECT_EQ(check.exitStatus, 0) << check.output;
+  EXPECT_EQ(check.output.find("WARN"), std::string::npos) << check.output;
 }
 
 }  // namespace

@@ -1,0 +1,303 @@
+#include "core/AXMLPropertyListReader.h"
+
+#include <charconv>
+#include <cstdint>
+#include <string>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include "core/AArray.h"
+#include "core/ADictionary.h"
+
+namespace com_qv_print_driver_core_cpp_util_v1 {
+
+namespace {
+
+// Far below the 256 levels that the libplist path accepts; deeper lists are
+// left to it.
+constexpr int kMaxDepth = 64;
+// Integers of up to 18 digits fit a signed 64-bit value whatever they are.
+constexpr std::size_t kMaxIntegerDigits = 18;
+
+bool IsSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+class Reader {
+ public:
+  explicit Reader(std::string_view text) : text_(text) {}
+
+  bool ReadDocument(AValue& out) {
+    // Checked once for the whole text, so that every string cut from it
+    // (at ASCII delimiters) is valid too.
+    if (!IsValidUTF8(text_)) return false;
+    SkipSpace();
+    if (Consume("<?xml")) {
+      if (!SkipPast("?>")) return false;
+    }
+    if (!SkipMisc()) return false;
+    if (Consume("<!DOCTYPE")) {
+      // A DOCTYPE with an internal subset is left to libplist.
+      const std::size_t end = text_.find('>', position_);
+      if (end == std::string_view::npos ||
+          text_.substr(position_, end - position_).find('[') != std::string_view::npos) {
+        return false;
+      }
+      position_ = end + 1;
+    }
+    if (!SkipMisc()) return false;
+    if (!Consume("<plist")) return false;
+    if (position_ >= text_.size() || (!IsSpace(text_[position_]) && text_[position_] != '>')) return false;
+    if (!SkipPast(">") || text_[position_ - 2] == '/') return false;
+    if (!SkipMisc()) return false;
+    AValue value;
+    if (!ReadValue(value, 0)) return false;
+    if (!SkipMisc()) return false;
+    if (!Consume("</plist>")) return false;
+    if (!SkipMisc() || position_ != text_.size()) return false;
+    out = std::move(value);
+    return true;
+  }
+
+ private:
+  bool AtEnd() const { return position_ >= text_.size(); }
+
+  bool Consume(std::string_view literal) {
+    if (text_.compare(position_, literal.size(), literal) != 0) return false;
+    position_ += literal.size();
+    return true;
+  }
+
+  bool SkipPast(std::string_view literal) {
+    const std::size_t found = text_.find(literal, position_);
+    if (found == std::string_view::npos) return false;
+    position_ = found + literal.size();
+    return true;
+  }
+
+  void SkipSpace() {
+    while (!AtEnd() && IsSpace(text_[position_])) ++position_;
+  }
+
+  // White space and comments between elements.
+  bool SkipMisc() {
+    for (;;) {
+      SkipSpace();
+      if (text_.compare(position_, 4, "<!--") != 0) return true;
+      const std::size_t end = text_.find("-->", position_ + 4);
+      if (end == std::string_view::npos) return false;
+      position_ = end + 3;
+    }
+  }
+
+  // The name of the tag at the position ("<name>" or "<name/>"); `empty`
+  // tells the second form. Tags with attributes are declined.
+  bool ReadOpenTag(std::string_view& name, bool& empty) {
+    if (AtEnd() || text_[position_] != '<') return false;
+    const std::size_t start = position_ + 1;
+    std::size_t i = start;
+    while (i < text_.size() && text_[i] >= 'a' && text_[i] <= 'z') ++i;
+    if (i == start || i >= text_.size()) return false;
+    name = text_.substr(start, i - start);
+    if (text_[i] == '>') {
+      empty = false;
+      position_ = i + 1;
+      return true;
+    }
+    if (text_[i] == '/' && i + 1 < text_.size() && text_[i + 1] == '>') {
+      empty = true;
+      position_ = i + 2;
+      return true;
+    }
+    return false;
+  }
+
+  bool ReadCloseTag(std::string_view name) {
+    if (!Consume("</")) return false;
+    if (!Consume(name)) return false;
+    return Consume(">");
+  }
+
+  // Character data up to the next "<", with the five predefined entities
+  // replaced; anything else that XML would treat specially is declined.
+  bool ReadText(std::string& out) {
+    const std::size_t end = text_.find('<', position_);
+    if (end == std::string_view::npos) return false;
+    const std::string_view raw = text_.substr(position_, end - position_);
+    if (raw.find('&') == std::string_view::npos) {
+      if (raw.find('\r') != std::string_view::npos) return false;
+      out.assign(raw);
+    } else {
+      out.clear();
+      out.reserve(raw.size());
+      for (std::size_t i = 0; i < raw.size(); ++i) {
+        const char c = raw[i];
+        if (c == '\r') return false;
+        if (c != '&') {
+          out.push_back(c);
+          continue;
+        }
+        const std::string_view rest = raw.substr(i);
+        if (rest.compare(0, 5, "&amp;") == 0) {
+          out.push_back('&');
+          i += 4;
+        } else if (rest.compare(0, 4, "&lt;") == 0) {
+          out.push_back('<');
+          i += 3;
+        } else if (rest.compare(0, 4, "&gt;") == 0) {
+          out.push_back('>');
+          i += 3;
+        } else if (rest.compare(0, 6, "&quot;") == 0) {
+          out.push_back('"');
+          i += 5;
+        } else if (rest.compare(0, 6, "&apos;") == 0) {
+          out.push_back('\'');
+          i += 5;
+        } else {
+          return false;
+        }
+      }
+    }
+    position_ = end;
+    return true;
+  }
+
+  bool ReadString(std::string_view tag, bool empty, AQVString& out) {
+    if (empty) {
+      out = AQVString();
+      return true;
+    }
+    std::string text;
+    if (!ReadText(text) || !ReadCloseTag(tag)) return false;
+    out = AQVString::FromTrustedUTF8(std::move(text));
+    return true;
+  }
+
+  // A plain decimal integer: an optional minus sign and up to 18 digits,
+  // without a leading zero (libplist would read "010" as octal).
+  bool ReadInteger(AValue& out) {
+    const std::size_t end = text_.find('<', position_);
+    if (end == std::string_view::npos) return false;
+    std::string_view digits = text_.substr(position_, end - position_);
+    const bool negative = !digits.empty() && digits.front() == '-';
+    if (negative) digits.remove_prefix(1);
+    if (digits.empty() || digits.size() > kMaxIntegerDigits) return false;
+    if (digits.size() > 1 && digits.front() == '0') return false;
+    std::int64_t value = 0;
+    for (const char c : digits) {
+      if (!IsDigit(c)) return false;
+      value = value * 10 + (c - '0');
+    }
+    position_ = end;
+    if (!ReadCloseTag("integer")) return false;
+    out = AValue(static_cast<long long>(negative ? -value : value));
+    return true;
+  }
+
+  // [-]digits[.digits][(e|E)[+|-]digits], which strtod and from_chars read
+  // alike (both round correctly).
+  bool ReadReal(AValue& out) {
+    const std::size_t end = text_.find('<', position_);
+    if (end == std::string_view::npos) return false;
+    const std::string_view number = text_.substr(position_, end - position_);
+    std::size_t i = 0;
+    if (i < number.size() && number[i] == '-') ++i;
+    const std::size_t integerStart = i;
+    while (i < number.size() && IsDigit(number[i])) ++i;
+    if (i == integerStart) return false;
+    if (i < number.size() && number[i] == '.') {
+      const std::size_t fractionStart = ++i;
+      while (i < number.size() && IsDigit(number[i])) ++i;
+      if (i == fractionStart) return false;
+    }
+    if (i < number.size() && (number[i] == 'e' || number[i] == 'E')) {
+      ++i;
+      if (i < number.size() && (number[i] == '+' || number[i] == '-')) ++i;
+      const std::size_t exponentStart = i;
+      while (i < number.size() && IsDigit(number[i])) ++i;
+      if (i == exponentStart) return false;
+    }
+    if (i != number.size()) return false;
+    double value = 0;
+    const auto [last, code] = std::from_chars(number.data(), number.data() + number.size(), value);
+    if (code != std::errc() || last != number.data() + number.size()) return false;
+    position_ = end;
+    if (!ReadCloseTag("real")) return false;
+    out = AValue(value);
+    return true;
+  }
+
+  bool ReadArray(bool empty, int depth, AValue& out) {
+    std::vector<AValue> items;
+    if (!empty) {
+      for (;;) {
+        if (!SkipMisc()) return false;
+        if (text_.compare(position_, 2, "</") == 0) break;
+        AValue item;
+        if (!ReadValue(item, depth + 1)) return false;
+        items.push_back(std::move(item));
+      }
+      if (!ReadCloseTag("array")) return false;
+    }
+    out = AValue(AArray::FromValues(std::move(items)));
+    return true;
+  }
+
+  bool ReadDictionary(bool empty, int depth, AValue& out) {
+    ADictionary::Items items;
+    if (!empty) {
+      for (;;) {
+        if (!SkipMisc()) return false;
+        if (text_.compare(position_, 2, "</") == 0) break;
+        std::string_view tag;
+        bool emptyKey = false;
+        // libplist refuses "<key/>".
+        if (!ReadOpenTag(tag, emptyKey) || tag != "key" || emptyKey) return false;
+        AQVString key;
+        if (!ReadString(tag, false, key)) return false;
+        if (!SkipMisc()) return false;
+        AValue item;
+        if (!ReadValue(item, depth + 1)) return false;
+        items.insert_or_assign(std::move(key), std::move(item));
+      }
+      if (!ReadCloseTag("dict")) return false;
+    }
+    out = AValue(ADictionary::FromItems(std::move(items)));
+    return true;
+  }
+
+  bool ReadValue(AValue& out, int depth) {
+    if (depth > kMaxDepth) return false;
+    std::string_view tag;
+    bool empty = false;
+    if (!ReadOpenTag(tag, empty)) return false;
+    if (tag == "string") {
+      AQVString text;
+      if (!ReadString(tag, empty, text)) return false;
+      out = AValue(std::move(text));
+      return true;
+    }
+    if (tag == "dict") return ReadDictionary(empty, depth, out);
+    if (tag == "array") return ReadArray(empty, depth, out);
+    if (tag == "integer") return !empty && ReadInteger(out);
+    if (tag == "real") return !empty && ReadReal(out);
+    if (tag == "true" || tag == "false") {
+      if (!empty) return false;
+      out = AValue(tag == "true");
+      return true;
+    }
+    return false;
+  }
+
+  std::string_view text_;
+  std::size_t position_ = 0;
+};
+
+}  // namespace
+
+bool AXMLPropertyListReader::Read(std::string_view text, AValue& out) {
+  return Reader(text).ReadDocument(out);
+}
+
+}  // namespace com_qv_print_driver_core_cpp_util_v1
