@@ -1,5 +1,7 @@
 #include "core/ADictionary.h"
 
+#include <string_view>
+
 #include "core/APropertyList.h"
 
 namespace com_qv_print_driver_core_cpp_util_v1 {
@@ -12,6 +14,15 @@ const std::shared_ptr<const ADictionaryStorage>& EmptyStorage() {
       std::make_shared<const ADictionaryStorage>();
   return empty;
 }
+
+// A C-string key measured once, so that the search compares lengths and
+// bytes only (the map's std::less<> finds these operators by argument-
+// dependent lookup).
+struct KeyView {
+  std::string_view text;
+};
+bool operator<(const AQVString& a, const KeyView& b) { return std::string_view(a.UTF8()) < b.text; }
+bool operator<(const KeyView& a, const AQVString& b) { return a.text < std::string_view(b.UTF8()); }
 
 }  // namespace
 
@@ -72,11 +83,11 @@ bool ADictionary::GetDictionary(const AQVString& key, ADictionary& out) const {
 }
 
 bool ADictionary::Contains(const char* key) const {
-  return storage_->items.find(key) != storage_->items.end();
+  return storage_->items.find(KeyView{key}) != storage_->items.end();
 }
 
 const AValue* ADictionary::Get(const char* key) const {
-  const auto found = storage_->items.find(key);
+  const auto found = storage_->items.find(KeyView{key});
   return found == storage_->items.end() ? nullptr : &found->second;
 }
 

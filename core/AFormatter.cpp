@@ -48,24 +48,6 @@ std::size_t CharacterLength(unsigned char lead) {
   return lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
 }
 
-void AppendCodePoint(char32_t c, std::string& out) {
-  if (c < 0x80) {
-    out += static_cast<char>(c);
-  } else if (c < 0x800) {
-    out += static_cast<char>(0xC0 | (c >> 6));
-    out += static_cast<char>(0x80 | (c & 0x3F));
-  } else if (c < 0x10000) {
-    out += static_cast<char>(0xE0 | (c >> 12));
-    out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (c & 0x3F));
-  } else {
-    out += static_cast<char>(0xF0 | (c >> 18));
-    out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
-    out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (c & 0x3F));
-  }
-}
-
 // Pads `text` (of `units` UTF-16 units) to the width, on the left unless "-".
 void AppendPadded(std::string_view text, std::size_t units, const Conversion& conversion, std::string& out) {
   const bool leftAligned = conversion.flags.find('-') != std::string::npos;
@@ -297,7 +279,7 @@ bool FormatRun::Produce(std::string_view written, const Conversion& conversion,
         return false;
       }
       std::string character;
-      AppendCodePoint(static_cast<char32_t>(*code), character);
+      AppendUTF8CodePoint(static_cast<char32_t>(*code), character);
       AppendPadded(character, *code >= 0x10000 ? 2 : 1, conversion, out);
       return true;
     }

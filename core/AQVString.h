@@ -126,6 +126,8 @@ class AQVString {
 
 // Whether `bytes` is well-formed UTF-8 (no surrogates, no overlong forms).
 bool IsValidUTF8(std::string_view bytes);
+// Appends the UTF-8 form of the code point `c` (at most U+10FFFF) to `out`.
+void AppendUTF8CodePoint(char32_t c, std::string& out);
 
 // Writes the UTF-8 text (test failure messages and logs print it readably).
 std::ostream& operator<<(std::ostream& stream, const AQVString& text);

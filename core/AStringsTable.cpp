@@ -8,24 +8,6 @@ namespace com_qv_print_driver_core_cpp_util_v1 {
 
 namespace {
 
-void AppendCodePoint(char32_t c, std::string& out) {
-  if (c < 0x80) {
-    out += static_cast<char>(c);
-  } else if (c < 0x800) {
-    out += static_cast<char>(0xC0 | (c >> 6));
-    out += static_cast<char>(0x80 | (c & 0x3F));
-  } else if (c < 0x10000) {
-    out += static_cast<char>(0xE0 | (c >> 12));
-    out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (c & 0x3F));
-  } else {
-    out += static_cast<char>(0xF0 | (c >> 18));
-    out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
-    out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (c & 0x3F));
-  }
-}
-
 // The bytes as UTF-8 text: UTF-16 with a byte-order mark is converted, a
 // UTF-8 byte-order mark dropped; nothing for invalid text.
 std::optional<std::string> DecodeText(std::string_view data) {
@@ -172,7 +154,7 @@ class TextParser {
           if (!ReadHexUnit(low) || low < 0xDC00 || low > 0xDFFF) return false;
           unit = 0x10000 + ((unit - 0xD800) << 10) + (low - 0xDC00);
         }
-        AppendCodePoint(unit, out);
+        AppendUTF8CodePoint(unit, out);
         return true;
       }
       default:
@@ -183,7 +165,7 @@ class TextParser {
       for (int digits = 1; digits < 3 && i_ < text_.size() && text_[i_] >= '0' && text_[i_] <= '7'; ++digits) {
         value = value * 8 + static_cast<char32_t>(text_[i_++] - '0');
       }
-      AppendCodePoint(value, out);
+      AppendUTF8CodePoint(value, out);
       return true;
     }
     // Any other escaped character (quote, backslash, a multi-byte

@@ -1,6 +1,7 @@
 #include "core/AXMLPropertyListReader.h"
 
 #include <charconv>
+#include <iterator>
 #include <cstdint>
 #include <string>
 #include <system_error>
@@ -62,9 +63,15 @@ class Reader {
 
  private:
   bool AtEnd() const { return position_ >= text_.size(); }
+  bool AtCloseTag() const {
+    return text_.size() - position_ >= 2 && text_[position_] == '<' && text_[position_ + 1] == '/';
+  }
 
   bool Consume(std::string_view literal) {
-    if (text_.compare(position_, literal.size(), literal) != 0) return false;
+    if (text_.size() - position_ < literal.size()) return false;
+    for (std::size_t i = 0; i < literal.size(); ++i) {
+      if (text_[position_ + i] != literal[i]) return false;
+    }
     position_ += literal.size();
     return true;
   }
@@ -84,7 +91,10 @@ class Reader {
   bool SkipMisc() {
     for (;;) {
       SkipSpace();
-      if (text_.compare(position_, 4, "<!--") != 0) return true;
+      if (text_.size() - position_ < 4 || text_[position_ + 1] != '!' ||
+          text_.compare(position_, 4, "<!--") != 0) {
+        return true;
+      }
       const std::size_t end = text_.find("-->", position_ + 4);
       if (end == std::string_view::npos) return false;
       position_ = end + 3;
@@ -114,9 +124,13 @@ class Reader {
   }
 
   bool ReadCloseTag(std::string_view name) {
-    if (!Consume("</")) return false;
-    if (!Consume(name)) return false;
-    return Consume(">");
+    const std::size_t length = name.size() + 3;
+    if (text_.size() - position_ < length || text_[position_] != '<' || text_[position_ + 1] != '/' ||
+        text_[position_ + length - 1] != '>' || text_.substr(position_ + 2, name.size()) != name) {
+      return false;
+    }
+    position_ += length;
+    return true;
   }
 
   // Character data up to the next "<", with the five predefined entities
@@ -125,8 +139,14 @@ class Reader {
     const std::size_t end = text_.find('<', position_);
     if (end == std::string_view::npos) return false;
     const std::string_view raw = text_.substr(position_, end - position_);
-    if (raw.find('&') == std::string_view::npos) {
-      if (raw.find('\r') != std::string_view::npos) return false;
+    bool plain = true;
+    for (const char c : raw) {
+      if (c == '&' || c == '\r') {
+        plain = false;
+        break;
+      }
+    }
+    if (plain) {
       out.assign(raw);
     } else {
       out.clear();
@@ -233,7 +253,7 @@ class Reader {
     if (!empty) {
       for (;;) {
         if (!SkipMisc()) return false;
-        if (text_.compare(position_, 2, "</") == 0) break;
+        if (AtCloseTag()) break;
         AValue item;
         if (!ReadValue(item, depth + 1)) return false;
         items.push_back(std::move(item));
@@ -249,7 +269,7 @@ class Reader {
     if (!empty) {
       for (;;) {
         if (!SkipMisc()) return false;
-        if (text_.compare(position_, 2, "</") == 0) break;
+        if (AtCloseTag()) break;
         std::string_view tag;
         bool emptyKey = false;
         // libplist refuses "<key/>".
@@ -259,7 +279,13 @@ class Reader {
         if (!SkipMisc()) return false;
         AValue item;
         if (!ReadValue(item, depth + 1)) return false;
-        items.insert_or_assign(std::move(key), std::move(item));
+        // Keys usually come sorted (as writers emit them): then the new
+        // entry goes at the end without a search.
+        if (items.empty() || std::prev(items.end())->first < key) {
+          items.emplace_hint(items.end(), std::move(key), std::move(item));
+        } else {
+          items.insert_or_assign(std::move(key), std::move(item));
+        }
       }
       if (!ReadCloseTag("dict")) return false;
     }

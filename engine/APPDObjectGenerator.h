@@ -4,6 +4,7 @@
 
 #include "core/AArray.h"
 #include "core/ADictionary.h"
+#include "core/AFormatter.h"
 #include "engine/IPPDGenerator.h"
 #include "engine/IPPDObjectGenerator.h"
 
@@ -29,6 +30,11 @@ class APPDObjectGenerator : public IPPDObjectGenerator {
   // without a name or value are skipped. On the first refusal: false and
   // "Cannot add attribute: %@ %@: %@" (code 1). Null or empty: true.
   bool AddAttributesFromArray(const AArray* attributes, AError* error) const;
+  // The description key made from a "%d" key format and a number
+  // ("option-%d" and 3 give "option-3").
+  static AQVString NumberedKey(const char* format, long long number) {
+    return AFormatter::FormatTrusted(format, {number});
+  }
 
  private:
   IPPDGenerator* generator_ = nullptr;

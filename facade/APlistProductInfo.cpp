@@ -1,5 +1,6 @@
 #include "facade/APlistProductInfo.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -279,13 +280,14 @@ const Shapes& KnownShapes() {
 // as a chain through the caller's frames; the text is made only for an error.
 struct Path {
   const Path* parent = nullptr;
-  const AQVString* key = nullptr;  // null: an element `index` of an array
+  std::string_view key;  // unused for an element of an array
+  bool element = false;
   std::size_t index = 0;
 
   AQVString Text() const {
-    if (parent == nullptr) return key != nullptr ? *key : AQVString();
+    if (parent == nullptr) return AQVString(key);
     const AQVString above = parent->Text();
-    return key != nullptr ? MemberPath(above, *key) : ElementPath(above, index);
+    return element ? ElementPath(above, index) : MemberPath(above, AQVString(key));
   }
 };
 
@@ -304,7 +306,7 @@ class Checker {
   Checker(const AQVString& source, AError* error) : source_(source), error_(error) {}
 
   bool Check(const AValue& value, const Shape& shape, const AQVString& path) const {
-    const Path root{nullptr, &path, 0};
+    const Path root{nullptr, path.UTF8(), false, 0};
     return Check(value, shape, root);
   }
 
@@ -324,7 +326,7 @@ class Checker {
       }
       if (shape.element == nullptr) return true;
       for (std::size_t i = 0; i < array.Count(); ++i) {
-        const Path element{&path, nullptr, i};
+        const Path element{&path, std::string_view(), true, i};
         if (!Check(array[i], *shape.element, element)) return false;
       }
       return true;
@@ -341,7 +343,16 @@ class Checker {
   // order; one pass over the dictionary finds the members.
   bool CheckDictionary(const ADictionary& dictionary, const Shape& shape, const Path& path) const {
     constexpr std::size_t kNone = static_cast<std::size_t>(-1);
-    std::vector<const AValue*> found(shape.members.size(), nullptr);
+    // Shapes have a few dozen members at most; larger ones use the heap.
+    constexpr std::size_t kLocalMembers = 32;
+    const AValue* local[kLocalMembers];
+    std::vector<const AValue*> heap;
+    const AValue** found = local;
+    if (shape.members.size() > kLocalMembers) {
+      heap.resize(shape.members.size());
+      found = heap.data();
+    }
+    std::fill(found, found + shape.members.size(), nullptr);
     std::size_t others = 0;
     for (const auto& [key, value] : dictionary) {
       const std::size_t index = MemberIndex(shape, key.UTF8());
@@ -360,15 +371,14 @@ class Checker {
         }
         continue;
       }
-      const AQVString key(member.key);
-      const Path child{&path, &key, 0};
+      const Path child{&path, shape.memberNames[i], false, 0};
       if (!Check(*found[i], *member.shape, child)) return false;
     }
     if (others == 0 || (shape.element == nullptr && !shape.numberedKeys)) return true;
     const Shapes& shapes = KnownShapes();
     for (const auto& [key, value] : dictionary) {
       if (MemberIndex(shape, key.UTF8()) != kNone) continue;
-      const Path child{&path, &key, 0};
+      const Path child{&path, key.UTF8(), false, 0};
       if (shape.numberedKeys && IsNumberedKey(key)) {
         if (!Check(value, shapes.string, child)) return false;
       } else if (shape.element != nullptr) {

@@ -17,20 +17,6 @@ PPDFORGE_REGISTER_GENERATOR(APPDGenericConstraintsGenerator);
 
 namespace {
 
-// "option-%d" with 3 gives "option-3". The key formats end in their one
-// "%d", so the formatter is needed only for another kind of format.
-AQVString NumberedKey(const char* format, long long number) {
-  const std::string_view text(format);
-  if (text.size() < 2 || text.substr(text.size() - 2) != "%d" ||
-      text.find('%') != text.size() - 2) {
-    return AFormatter::FormatTrusted(format, {number});
-  }
-  AQVString key;
-  key.Append(text.substr(0, text.size() - 2));
-  key.Append(std::to_string(number));
-  return key;
-}
-
 // The string at `index` as GetStringAt gives it (empty past the end or for
 // another type), without a copy: this runs for every pair of constraints.
 std::string_view StringAt(const AArray& array, std::size_t index) {

@@ -266,6 +266,19 @@ void APPD::IndexConstraint(IPPDConstraint* constraint) const {
   if (second != first) choiceIndex_[second].push_back(constraint);
 }
 
+void APPD::UnindexConstraint(IPPDConstraint* constraint) const {
+  auto forget = [constraint](auto& index, const auto& key) {
+    const auto it = index.find(key);
+    if (it == index.end()) return;
+    std::vector<IPPDConstraint*>& held = it->second;
+    held.erase(std::remove(held.begin(), held.end(), constraint), held.end());
+    if (held.empty()) index.erase(it);
+  };
+  forget(constraintIndex_, ConstraintHash(*constraint));
+  forget(choiceIndex_, ChoiceKey(constraint->GetOptionAtIndex(0), constraint->GetChoiceAtIndex(0)));
+  forget(choiceIndex_, ChoiceKey(constraint->GetOptionAtIndex(1), constraint->GetChoiceAtIndex(1)));
+}
+
 void APPD::EnsureConstraintIndex() const {
   if (constraintIndexValid_) return;
   constraintIndex_.clear();
@@ -298,7 +311,8 @@ IPPDConstraint* APPD::AddConstraint(IPPDConstraint* constraint, bool copy) {
 void APPD::EraseConstraintAt(std::size_t index) {
   IPPDConstraint* constraint = constraints_[index];
   constraints_.erase(constraints_.begin() + static_cast<std::ptrdiff_t>(index));
-  constraintIndexValid_ = false;
+  // Replacing constraints one by one must not rebuild the indexes each time.
+  if (constraintIndexValid_) UnindexConstraint(constraint);
   constraint->SetPPD(nullptr);
   constraint->Release();
 }

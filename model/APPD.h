@@ -128,6 +128,8 @@ class APPD : public IPPD, public APPDCommentable {
   IPPDConstraint* FindEqualConstraint(const IPPDConstraint& constraint) const;
   // Adds a held constraint to both constraint indexes.
   void IndexConstraint(IPPDConstraint* constraint) const;
+  // Takes a held constraint out of both constraint indexes.
+  void UnindexConstraint(IPPDConstraint* constraint) const;
   // Rebuilds both constraint indexes when a change invalidated them.
   void EnsureConstraintIndex() const;
   void ReleaseAll();

@@ -38,7 +38,7 @@ bool AAtomicFileWriter::Write(const std::filesystem::path& path, std::string_vie
     mode = existing.st_mode & 07777;
   }
 
-  const std::string pattern = (directory / ("." + path.filename().string() + ".XXXXXX")).string();
+  const std::string pattern = (directory / ("." + path.filename().string() + "." + std::string(6, 'X'))).string();
   std::vector<char> name(pattern.begin(), pattern.end());
   name.push_back('\0');
   const int fd = ::mkstemp(name.data());
