@@ -431,6 +431,8 @@ void AppendBody(std::string& out, std::string_view mainKeyword, std::string_view
   out.resize(base + (wraps ? headLength + 1 : length));
   char* cursor = out.data() + base;
   const auto put = [&cursor](std::string_view text) {
+    // An empty view may have no storage at all, and memcpy wants a real pointer.
+    if (text.empty()) return;
     std::memcpy(cursor, text.data(), text.size());
     cursor += text.size();
   };
