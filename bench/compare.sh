@@ -8,8 +8,10 @@
 # PPDFORGE defaults to build/ppdforge, ANCHOR to ../shared/bench-anchor next to
 # the repository. Environment: ROUNDS (default 7) rounds of RUNS (default 3)
 # runs; in each round ppdc runs first, then ppdforge, so that both see the
-# same machine load. Prints the median wall time of each tool, their ratio and
-# the peak memory (maximum resident set size, from /usr/bin/time -v).
+# same machine load. Prints the median wall time of each tool and their ratio,
+# the median CPU time (user + system, per round; steadier than the wall time
+# on a busy machine) and its ratio, and the peak memory (maximum resident set
+# size, from /usr/bin/time -v).
 # Needs hyperfine, GNU time, ppdc and cupstestppd (Debian: hyperfine, time,
 # cups-ppdc, cups-client). Before timing, the PPDs of both tools are checked
 # with cupstestppd.
@@ -39,6 +41,17 @@ for filter in rastertoacme pdftoacme pstoacme urftoacme; do
   printf '#!/bin/sh\nexit 0\n' >"$work/root/usr/lib/cups/filter/$filter"
   chmod 755 "$work/root/usr/lib/cups/filter/$filter"
 done
+
+# Appends the wall times of a hyperfine run to one file and its mean CPU time
+# (user + system) to another.
+cat >"$work/times.py" <<'EOF'
+import json, sys
+result = json.load(open(sys.argv[1]))["results"][0]
+with open(sys.argv[2], "a") as times:
+    times.write("".join("%r\n" % t for t in result["times"]))
+with open(sys.argv[3], "a") as cpu:
+    cpu.write("%r\n" % (result["user"] + result["system"]))
+EOF
 
 # name | environment of ppdc | ppdc command | ppdforge command
 cases=(
@@ -86,7 +99,8 @@ peak() {
   echo "$best"
 }
 
-printf '%-46s %11s %11s %8s %10s %10s\n' "case" "ppdc" "ppdforge" "ratio" "ppdc mem" "ours mem"
+printf '%-46s %11s %11s %7s %11s %11s %7s %10s %10s\n' "case" "ppdc" "ppdforge" "ratio" \
+  "ppdc cpu" "ours cpu" "ratio" "ppdc mem" "ours mem"
 for entry in "${cases[@]}"; do
   IFS='|' read -r name environment ppdc_command ours_command <<<"$entry"
   # shellcheck disable=SC2086
@@ -96,24 +110,27 @@ for entry in "${cases[@]}"; do
   check
   : >"$work/ppdc.times"
   : >"$work/ours.times"
+  : >"$work/ppdc.cpu"
+  : >"$work/ours.cpu"
   for ((round = 0; round < rounds; round++)); do
     in_anchor "$environment" hyperfine -N --style none --warmup 1 --runs "$runs" \
       --export-json "$work/round.json" "$ppdc_command" >/dev/null 2>&1
-    python3 -c 'import json,sys; print("\n".join(str(t) for t in json.load(open(sys.argv[1]))["results"][0]["times"]))' \
-      "$work/round.json" >>"$work/ppdc.times"
+    python3 "$work/times.py" "$work/round.json" "$work/ppdc.times" "$work/ppdc.cpu"
     in_anchor - hyperfine -N --style none --warmup 1 --runs "$runs" \
       --export-json "$work/round.json" "$ours_command" >/dev/null 2>&1
-    python3 -c 'import json,sys; print("\n".join(str(t) for t in json.load(open(sys.argv[1]))["results"][0]["times"]))' \
-      "$work/round.json" >>"$work/ours.times"
+    python3 "$work/times.py" "$work/round.json" "$work/ours.times" "$work/ours.cpu"
   done
   ppdc_memory=$(peak "$environment" "$ppdc_command")
   ours_memory=$(peak - "$ours_command")
-  python3 - "$name" "$work/ppdc.times" "$work/ours.times" "$ppdc_memory" "$ours_memory" <<'EOF'
+  python3 - "$name" "$work" "$ppdc_memory" "$ours_memory" <<'EOF'
 import statistics, sys
-name, ppdc_file, ours_file, ppdc_kib, ours_kib = sys.argv[1:]
-ppdc = statistics.median(float(x) for x in open(ppdc_file).read().split())
-ours = statistics.median(float(x) for x in open(ours_file).read().split())
-print("%-46s %8.2f ms %8.2f ms %7.1fx %6.1f MiB %6.1f MiB" %
-      (name, ppdc * 1000, ours * 1000, ppdc / ours, int(ppdc_kib) / 1024, int(ours_kib) / 1024))
+name, work, ppdc_kib, ours_kib = sys.argv[1:]
+def median(file):
+    return statistics.median(float(x) for x in open(work + "/" + file).read().split())
+ppdc, ours = median("ppdc.times"), median("ours.times")
+ppdc_cpu, ours_cpu = median("ppdc.cpu"), median("ours.cpu")
+print("%-46s %8.2f ms %8.2f ms %6.1fx %8.2f ms %8.2f ms %6.1fx %6.1f MiB %6.1f MiB" %
+      (name, ppdc * 1000, ours * 1000, ppdc / ours, ppdc_cpu * 1000, ours_cpu * 1000, ppdc_cpu / ours_cpu,
+       int(ppdc_kib) / 1024, int(ours_kib) / 1024))
 EOF
 done

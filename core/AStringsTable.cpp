@@ -1,6 +1,8 @@
 #include "core/AStringsTable.h"
 
+#include <algorithm>
 #include <string>
+#include <string_view>
 
 #include "core/APropertyList.h"
 
@@ -119,9 +121,11 @@ class TextParser {
     }
     ++i_;
     while (i_ < text_.size()) {
-      std::size_t special = i_;
-      while (special < text_.size() && text_[special] != '"' && text_[special] != '\\') ++special;
-      if (special == text_.size()) return false;
+      // The closing quote, or an escape before it.
+      std::size_t special = text_.find('"', i_);
+      if (special == std::string::npos) return false;
+      const std::size_t escape = std::string_view(text_).substr(i_, special - i_).find('\\');
+      if (escape != std::string_view::npos) special = i_ + escape;
       out.append(text_, i_, special - i_);
       i_ = special + 1;
       if (text_[special] == '"') return true;
@@ -213,6 +217,8 @@ bool AStringsTable::ParseEntries(std::string_view data,
   if (!text) return false;
   const std::size_t first = text->find_first_not_of(" \t\n\r\v\f");
   if (first != std::string::npos && (*text)[first] == '<') return ParsePropertyList(*text, entries);
+  // About one entry per line.
+  entries.reserve(static_cast<std::size_t>(std::count(text->begin(), text->end(), '\n')) + 1);
   if (TextParser(*text).Parse(entries)) return true;
   entries.clear();
   return false;

@@ -39,6 +39,8 @@ if [ $# -eq 0 ]; then
 fi
 
 mkdir -p "$build/fuzz-corpus" "$build/fuzz-artifacts" "$build/fuzz-logs"
+LSAN_OPTIONS="${LSAN_OPTIONS:+$LSAN_OPTIONS:}suppressions=$here/lsan.supp"
+export LSAN_OPTIONS
 failed=0
 running=0
 pids=

@@ -191,14 +191,16 @@ void APPDGenericConstraintsGenerator::RemoveConstraintsForOptionsAndChoices(cons
   IPPD* ppd = Document(GetPPDGenerator());
   if (ppd == nullptr) return;
   // A match of one or two options holds each given pair at its index 0 or 1,
-  // so the document's index of such pairs gives the candidates (the smaller
-  // list of the two) without a walk over every constraint.
+  // so the document's index of such pairs gives the candidates without a
+  // walk over every constraint (the second pair's list when the first one's
+  // is long: one side of a pairwise constraint is often shared by many).
   std::vector<IPPDConstraint*> candidates;
   const std::vector<IPPDConstraint*>* walked = &ppd->GetConstraints();
   if (options.Count() == 1 || options.Count() == 2) {
     ppd->GetConstraintsWithOptionAndChoice(AQVString(StringAt(options, 0)), AQVString(StringAt(choices, 0)),
                                            candidates);
-    if (options.Count() == 2 && !candidates.empty()) {
+    constexpr std::size_t kShortList = 16;
+    if (options.Count() == 2 && candidates.size() > kShortList) {
       std::vector<IPPDConstraint*> second;
       ppd->GetConstraintsWithOptionAndChoice(AQVString(StringAt(options, 1)),
                                              AQVString(StringAt(choices, 1)), second);

@@ -83,6 +83,8 @@ AQVString APPDChoice::GetStringRepresentation(AError* error) const {
   // statement object per line.
   AError local;
   std::string result;
+  // A line and one per language, of about this length: no regrowth.
+  result.reserve((code_.ByteLength() + 64) * (languages.size() + 1));
   if (!APPDStatement::Append(result, optionID.UTF8(), id_.UTF8(), mainText.UTF8(), code_.UTF8(),
                              kPPDQuotedValue, std::string_view(), &local)) {
     if (error != nullptr) *error = local;

@@ -241,6 +241,8 @@ AQVString APPDOption::GetStringRepresentation(AError* error) const {
   const AQVString comment = APPDCommentable::GetStringRepresentation(&local);
   if (Failed(local, error)) return AQVString();
   std::string result;
+  result.reserve(open.size() + order.size() + defaultLine.size() + close.size() +
+                 (64 * (languages.size() + 1) + 96) * (choices_.size() + 1));
   if (!comment.IsEmpty()) {
     result += comment.UTF8();
     result += kRKPPDNewLine;

@@ -128,6 +128,8 @@ AQVString APPDPaperSize::GetStringRepresentation(AError* error) const {
   // statement object per line.
   AError local;
   std::string result;
+  // A line and one per language, of about this length: no regrowth.
+  result.reserve(96 * (languages.size() + 1));
   if (!APPDStatement::Append(result, sizeType_.UTF8(), id_.UTF8(), GetLocalizedString(mainLanguage).UTF8(),
                              value.UTF8(), kPPDQuotedValue, std::string_view(), &local)) {
     Failed(local, error);

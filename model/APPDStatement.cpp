@@ -299,6 +299,14 @@ bool NeedsBracketEscaping(std::string_view text) {
 // A translation as the build writes it: stray brackets (and colons) escaped.
 // A view of `stored` when nothing changes, else of `scratch`.
 std::string_view EscapedTranslation(std::string_view stored, bool escapeColons, std::string& scratch) {
+  bool special = false;
+  for (const char c : stored) {
+    if (c == '<' || c == '>' || (escapeColons && c == ':')) {
+      special = true;
+      break;
+    }
+  }
+  if (!special) return stored;
   const bool colons = escapeColons && stored.find(':') != std::string_view::npos;
   if (!colons && !NeedsBracketEscaping(stored)) return stored;
   scratch.assign(stored);
@@ -522,7 +530,8 @@ bool APPDStatement::Append(std::string& out, std::string_view mainKeyword,
   if (!CheckParts(mainKeyword, optionKeyword, option, value, valueType, valueText, error)) return false;
   const std::size_t base = out.size();
   AppendBody(out, mainKeyword, optionKeyword, option, value, valueType, valueText);
-  if (CheckLines(std::string_view(out).substr(base), error)) return true;
+  // A text shorter than the limit cannot hold a line that breaks it.
+  if (out.size() - base < kLineLimitBytes || CheckLines(std::string_view(out).substr(base), error)) return true;
   out.resize(base);
   return false;
 }

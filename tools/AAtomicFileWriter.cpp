@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <vector>
 
@@ -33,9 +34,11 @@ bool AAtomicFileWriter::Write(const std::filesystem::path& path, std::string_vie
 
   mode_t mode = ModeForNewFile();
   struct stat existing {};
+  bool replacing = false;
   if (::stat(path.c_str(), &existing) == 0) {
     if (S_ISDIR(existing.st_mode)) return Fail(problem, path.string(), EISDIR);
     mode = existing.st_mode & 07777;
+    replacing = true;
   }
 
   const std::string pattern = (directory / ("." + path.filename().string() + "." + std::string(6, 'X'))).string();
@@ -65,6 +68,17 @@ bool AAtomicFileWriter::Write(const std::filesystem::path& path, std::string_vie
     const int errorNumber = errno;
     ::unlink(temporary.c_str());
     return Fail(problem, "cannot close " + temporary, errorNumber);
+  }
+  // A file that is replaced trades places with the new one, which is then
+  // removed under its temporary name: readers see the same atomic switch as
+  // with rename, but ext4 does not write the new data out on the spot (its
+  // safeguard when a rename replaces a file), which would cost more than the
+  // whole generation. Without that, as without an fsync, a system crash may
+  // leave an empty file; the PPD is then simply made again.
+  if (replacing &&
+      ::renameat2(AT_FDCWD, temporary.c_str(), AT_FDCWD, path.c_str(), RENAME_EXCHANGE) == 0) {
+    ::unlink(temporary.c_str());
+    return true;
   }
   if (::rename(temporary.c_str(), path.c_str()) != 0) {
     const int errorNumber = errno;
