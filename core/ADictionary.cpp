@@ -1,5 +1,6 @@
 #include "core/ADictionary.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include "core/APropertyList.h"
@@ -15,14 +16,15 @@ const std::shared_ptr<const ADictionaryStorage>& EmptyStorage() {
   return empty;
 }
 
-// A C-string key measured once, so that the search compares lengths and
-// bytes only (the map's std::less<> finds these operators by argument-
-// dependent lookup).
-struct KeyView {
-  std::string_view text;
-};
-bool operator<(const AQVString& a, const KeyView& b) { return std::string_view(a.UTF8()) < b.text; }
-bool operator<(const KeyView& a, const AQVString& b) { return a.text < std::string_view(b.UTF8()); }
+using Entry = std::pair<AQVString, AValue>;
+
+bool KeyLess(const Entry& entry, std::string_view key) { return std::string_view(entry.first.UTF8()) < key; }
+
+// The entry of `key` in sorted `items`, or null.
+const Entry* Find(const ADictionary::Items& items, std::string_view key) {
+  const auto found = std::lower_bound(items.begin(), items.end(), key, KeyLess);
+  return found != items.end() && std::string_view(found->first.UTF8()) == key ? &*found : nullptr;
+}
 
 }  // namespace
 
@@ -32,6 +34,21 @@ ADictionary::ADictionary(std::shared_ptr<const ADictionaryStorage> storage) : st
 
 ADictionary ADictionary::FromItems(Items items) {
   if (items.empty()) return ADictionary();
+  const auto byKey = [](const Entry& a, const Entry& b) { return a.first < b.first; };
+  // Writers usually emit keys sorted; anything else is sorted here, keeping
+  // the last entry of a repeated key.
+  if (std::adjacent_find(items.begin(), items.end(), [](const Entry& a, const Entry& b) {
+        return !(a.first < b.first);
+      }) != items.end()) {
+    std::stable_sort(items.begin(), items.end(), byKey);
+    auto out = items.begin();
+    for (auto in = items.begin(); in != items.end(); ++in) {
+      if (std::next(in) != items.end() && !(in->first < std::next(in)->first)) continue;
+      if (out != in) *out = std::move(*in);
+      ++out;
+    }
+    items.erase(out, items.end());
+  }
   return ADictionary(std::make_shared<const ADictionaryStorage>(ADictionaryStorage{std::move(items)}));
 }
 
@@ -48,13 +65,11 @@ std::optional<ADictionary> ADictionary::FromXML(std::string_view data) {
   return dictionary;
 }
 
-bool ADictionary::Contains(const AQVString& key) const {
-  return storage_->items.find(key) != storage_->items.end();
-}
+bool ADictionary::Contains(const AQVString& key) const { return Find(storage_->items, key.UTF8()) != nullptr; }
 
 const AValue* ADictionary::Get(const AQVString& key) const {
-  const auto found = storage_->items.find(key);
-  return found == storage_->items.end() ? nullptr : &found->second;
+  const Entry* found = Find(storage_->items, key.UTF8());
+  return found == nullptr ? nullptr : &found->second;
 }
 
 bool ADictionary::GetString(const AQVString& key, AQVString& out) const {
@@ -82,13 +97,11 @@ bool ADictionary::GetDictionary(const AQVString& key, ADictionary& out) const {
   return value != nullptr && value->GetDictionary(out);
 }
 
-bool ADictionary::Contains(const char* key) const {
-  return storage_->items.find(KeyView{key}) != storage_->items.end();
-}
+bool ADictionary::Contains(const char* key) const { return Find(storage_->items, key) != nullptr; }
 
 const AValue* ADictionary::Get(const char* key) const {
-  const auto found = storage_->items.find(KeyView{key});
-  return found == storage_->items.end() ? nullptr : &found->second;
+  const Entry* found = Find(storage_->items, key);
+  return found == nullptr ? nullptr : &found->second;
 }
 
 bool ADictionary::GetString(const char* key, AQVString& out) const {
@@ -120,13 +133,20 @@ void ADictionary::Set(const AQVString& key, const AValue& value) {
   // `key` or `value` may live inside this dictionary's storage; copy them first.
   AQVString keyCopy = key;
   AValue valueCopy = value;
-  Mutable().items.insert_or_assign(std::move(keyCopy), std::move(valueCopy));
+  Items& items = Mutable().items;
+  const auto at = std::lower_bound(items.begin(), items.end(), std::string_view(keyCopy.UTF8()), KeyLess);
+  if (at != items.end() && at->first == keyCopy) {
+    at->second = std::move(valueCopy);
+  } else {
+    items.emplace(at, std::move(keyCopy), std::move(valueCopy));
+  }
 }
 
 void ADictionary::Remove(const AQVString& key) {
   if (!Contains(key)) return;
   AQVString keyCopy = key;
-  Mutable().items.erase(keyCopy);
+  Items& items = Mutable().items;
+  items.erase(std::lower_bound(items.begin(), items.end(), std::string_view(keyCopy.UTF8()), KeyLess));
 }
 
 bool operator==(const ADictionary& a, const ADictionary& b) {

@@ -1,9 +1,12 @@
 #pragma once
 // A property-list dictionary from string keys to values, kept in key order
-// (so iteration is deterministic), shared and copied on write.
+// (so iteration is deterministic), shared and copied on write. The entries
+// lie in one sorted array: a product holds thousands of small dictionaries,
+// read far more often than changed.
 
 #include <cstddef>
-#include <map>
+#include <utility>
+#include <vector>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -14,15 +17,17 @@
 namespace com_qv_print_driver_core_cpp_util_v1 {
 
 struct ADictionaryStorage {
-  std::map<AQVString, AValue, std::less<>> items;
+  // Sorted by key; no key twice.
+  std::vector<std::pair<AQVString, AValue>> items;
 };
 
 class ADictionary {
  public:
   ADictionary();
 
-  using Items = std::map<AQVString, AValue, std::less<>>;
-  // A dictionary that takes over `items` without copying them.
+  using Items = std::vector<std::pair<AQVString, AValue>>;
+  // A dictionary that takes over `items` (in any order) without copying
+  // them; of entries with the same key the last one counts.
   static ADictionary FromItems(Items items);
 
   // Parses property-list data (XML or binary). Nothing when the data is not
@@ -51,10 +56,12 @@ class ADictionary {
   bool GetArray(const char* key, AArray& out) const;
   bool GetDictionary(const char* key, ADictionary& out) const;
 
+  // Adds or replaces the entry of `key` (linear in the count: build large
+  // dictionaries with FromItems).
   void Set(const AQVString& key, const AValue& value);
   void Remove(const AQVString& key);
 
-  using const_iterator = std::map<AQVString, AValue, std::less<>>::const_iterator;
+  using const_iterator = Items::const_iterator;
   const_iterator begin() const { return storage_->items.begin(); }
   const_iterator end() const { return storage_->items.end(); }
 

@@ -2,6 +2,9 @@
 
 #include <fmt/printf.h>
 
+#include <charconv>
+#include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 #include <string_view>
@@ -346,6 +349,32 @@ AQVString AFormatter::FormatTrusted(const AQVString& format, const std::vector<A
   AQVString out;
   if (!Format(format, arguments, out, nullptr, true)) return format;
   return out;
+}
+
+void AFormatter::AppendTwoDecimals(std::string& out, double value) {
+  // Sizes are nearly always whole, half or quarter points: then the value
+  // times 100 is an exact integer and its digits are the exact answer,
+  // without the general (and much slower) rounding conversion.
+  const double quarters = value * 4;
+  if (std::fabs(value) < 1e12 && quarters == std::floor(quarters)) {
+    const long long hundredths = std::llabs(static_cast<long long>(quarters) * 25);
+    if (std::signbit(value)) out += '-';
+    char digits[24];
+    const auto whole = std::to_chars(digits, digits + sizeof(digits), hundredths / 100);
+    out.append(digits, whole.ptr);
+    out += '.';
+    out += static_cast<char>('0' + hundredths % 100 / 10);
+    out += static_cast<char>('0' + hundredths % 10);
+    return;
+  }
+  // The longest "%.2f" of a double has 309 digits before the point.
+  char buffer[400];
+  const auto written = std::to_chars(buffer, buffer + sizeof(buffer), value, std::chars_format::fixed, 2);
+  if (written.ec == std::errc()) {
+    out.append(buffer, written.ptr);
+  } else {
+    out += fmt::sprintf("%.2f", value);
+  }
 }
 
 }  // namespace com_qv_print_driver_core_cpp_util_v1

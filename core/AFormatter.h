@@ -34,6 +34,10 @@ class AFormatter {
   // For the library's own message formats, which are known to fit: formats,
   // and on a mismatch (a programming error) returns the format unformatted.
   static AQVString FormatTrusted(const AQVString& format, const std::vector<Argument>& arguments);
+
+  // Appends `value` as printf's "%.2f" writes it in the C locale (sizes in
+  // points, written for every media size of a product). Never fails.
+  static void AppendTwoDecimals(std::string& out, double value);
 };
 
 }  // namespace com_qv_print_driver_core_cpp_util_v1

@@ -333,7 +333,7 @@ bool Convert(plist_t node, int depth, AValue& out, AQVString* problem) {
         SetProblem(problem, kTooDeep);
         return false;
       }
-      ADictionary dictionary;
+      ADictionary::Items items;
       plist_dict_iter iterator = nullptr;
       plist_dict_new_iter(node, &iterator);
       std::unique_ptr<void, MallocFree> owner(iterator);
@@ -347,9 +347,9 @@ bool Convert(plist_t node, int depth, AValue& out, AQVString* problem) {
         if (!ReadString(key, key == nullptr ? 0 : std::strlen(key), keyText, problem)) return false;
         AValue value;
         if (!Convert(item, depth + 1, value, problem)) return false;
-        dictionary.Set(keyText, value);
+        items.emplace_back(std::move(keyText), std::move(value));
       }
-      out = AValue(dictionary);
+      out = AValue(ADictionary::FromItems(std::move(items)));
       return true;
     }
     case PLIST_UID:

@@ -44,6 +44,13 @@ class AQVString {
 
   // The UTF-8 bytes (always valid UTF-8).
   const std::string& UTF8() const { return text_; }
+  // Moves the UTF-8 bytes out (no copy of a large text); this string is
+  // left empty.
+  std::string TakeUTF8() {
+    std::string out;
+    out.swap(text_);
+    return out;
+  }
   const char* CString() const { return text_.c_str(); }
   std::u16string UTF16() const;
 
@@ -52,6 +59,9 @@ class AQVString {
   std::size_t Length() const;
   // Length in UTF-8 bytes (the unit of every PPD limit).
   std::size_t ByteLength() const { return text_.size(); }
+  // Makes room for `bytes` bytes of text, so that appending up to them does
+  // not reallocate.
+  void Reserve(std::size_t bytes) { text_.reserve(bytes); }
   bool IsASCII() const;
 
   // Searches; positions and results are UTF-16 units, npos when not found

@@ -228,7 +228,8 @@ std::optional<ADictionary> AStringsTable::Parse(std::string_view data) {
   std::vector<std::pair<AQVString, AQVString>> entries;
   if (!ParseEntries(data, entries)) return std::nullopt;
   ADictionary::Items table;
-  for (auto& [key, value] : entries) table.insert_or_assign(std::move(key), AValue(std::move(value)));
+  table.reserve(entries.size());
+  for (auto& [key, value] : entries) table.emplace_back(std::move(key), AValue(std::move(value)));
   return ADictionary::FromItems(std::move(table));
 }
 

@@ -403,11 +403,14 @@ std::shared_ptr<APlistProductInfo> APlistProductInfo::LoadFile(const std::filesy
   const AQVString source(path.string());
   std::string bytes;
   if (!ReadFileBytes(path, bytes)) {
+    // A folder on the way that may not be searched hides whether the file
+    // exists: that is a file that cannot be read, not a missing one.
     std::error_code ignored;
+    const std::filesystem::file_type type = std::filesystem::status(path, ignored).type();
     const char* reason = messages::kProductFileNotReadable;
-    if (!std::filesystem::exists(path, ignored)) {
+    if (type == std::filesystem::file_type::not_found) {
       reason = messages::kProductFileMissing;
-    } else if (std::filesystem::is_directory(path, ignored)) {
+    } else if (type == std::filesystem::file_type::directory) {
       reason = messages::kProductFileIsDirectory;
     }
     messages::Report(error, messages::kProductFileUnreadable, {source, AQVString(reason)});

@@ -2,10 +2,8 @@
 
 #include <cups/ppd.h>
 
-#include <charconv>
 #include <optional>
 #include <string>
-#include <system_error>
 
 #include "core/AFormatter.h"
 #include "core/ARKMediaSizeRect.h"
@@ -26,28 +24,17 @@ namespace {
 // directly: "<</PageSize[%.2f %.2f] /ImagingBBox null%@>> setpagedevice"
 // with "/cupsBorderlessScalingFactor %.2f".
 
-// printf's "%.2f": the shortest correctly rounded text with two decimals.
-void AppendTwoDecimals(std::string& out, double value) {
-  char buffer[64];
-  const auto result = std::to_chars(buffer, buffer + sizeof(buffer), value, std::chars_format::fixed, 2);
-  if (result.ec == std::errc()) {
-    out.append(buffer, result.ptr);
-  } else {
-    out += AFormatter::FormatTrusted("%.2f", {value}).UTF8();
-  }
-}
-
 // That code filled in, without the general formatter (it would cost more
 // than the rest of a media size).
 AQVString PageSizeCode(double width, double height, bool borderless, double scaleFactor) {
   std::string code = "<</PageSize[";
-  AppendTwoDecimals(code, width);
+  AFormatter::AppendTwoDecimals(code, width);
   code += ' ';
-  AppendTwoDecimals(code, height);
+  AFormatter::AppendTwoDecimals(code, height);
   code += "] /ImagingBBox null";
   if (borderless) {
     code += "/cupsBorderlessScalingFactor ";
-    AppendTwoDecimals(code, scaleFactor);
+    AFormatter::AppendTwoDecimals(code, scaleFactor);
   }
   code += ">> setpagedevice";
   AQVString text;

@@ -1,22 +1,19 @@
 #include "model/APPD.h"
 
 #include <algorithm>
+#include <atomic>
 #include <functional>
 #include <new>
+#include <thread>
 
 #include "core/ASharedObject.h"
+#include "model/APPDLineWriter.h"
 #include "model/APPDStatement.h"
 #include "model/RKPPDConstants.h"
 
 namespace ppdforge {
 
 namespace {
-
-bool Failed(const AError& local, AError* error) {
-  if (local.code == 0) return false;
-  if (error != nullptr) *error = local;
-  return true;
-}
 
 void HashInto(std::size_t& seed, std::size_t value) {
   seed ^= value + 0x9e3779b97f4a7c15ULL + (seed << 6) + (seed >> 2);
@@ -49,42 +46,11 @@ std::size_t ConstraintHash(const IPPDConstraint& constraint) {
   return seed;
 }
 
-template <class T>
-std::size_t FindSameOrEqual(const std::vector<T*>& elements, T* wanted) {
-  auto it = std::find(elements.begin(), elements.end(), wanted);
-  if (it == elements.end()) {
-    it = std::find_if(elements.begin(), elements.end(),
-                      [wanted](const T* element) { return *element == *wanted; });
-  }
-  return static_cast<std::size_t>(it - elements.begin());
-}
-
-template <class T>
-std::size_t IndexOf(const std::vector<T*>& elements, const T* wanted) {
-  return static_cast<std::size_t>(std::find(elements.begin(), elements.end(), wanted) -
-                                  elements.begin());
-}
-
-// Same count and every element of `mine` with an equal one in `theirs`;
-// `key` groups the candidates (equal elements have equal keys).
-template <class T, class Key>
-bool SameSet(const std::vector<T*>& mine, const std::vector<T*>& theirs, Key key) {
-  if (mine.size() != theirs.size()) return false;
-  std::unordered_multimap<decltype(key(*mine.front())), const T*> byKey;
-  byKey.reserve(theirs.size());
-  for (const T* element : theirs) byKey.emplace(key(*element), element);
-  return std::all_of(mine.begin(), mine.end(), [&byKey, &key](const T* element) {
-    const auto range = byKey.equal_range(key(*element));
-    return std::any_of(range.first, range.second,
-                       [element](const auto& entry) { return *element == *entry.second; });
-  });
-}
-
 }  // namespace
 
 APPD::APPD() = default;
 
-APPD::APPD(const APPD& other) : IPPD(), APPDCommentable(other) {
+APPD::APPD(const APPD& other) : APPDCommentableObject(other) {
   attributeOrder_ = other.attributeOrder_;
   orderedNames_ = other.orderedNames_;
   bool copied = true;
@@ -98,21 +64,17 @@ APPD::APPD(const APPD& other) : IPPD(), APPDCommentable(other) {
       }
     }
   }
-  for (IPPDConstraint* constraint : other.constraints_) {
-    IPPDConstraint* copy = copied ? constraint->Clone() : nullptr;
-    copied = copy != nullptr;
-    if (copied) StoreConstraint(copy);
-  }
-  for (IPPDPaperSize* paperSize : other.paperSizes_) {
-    IPPDPaperSize* copy = copied ? paperSize->Clone() : nullptr;
-    copied = copy != nullptr;
-    if (copied) StorePaperSize(copy);
-  }
-  for (IPPDGroup* group : other.groups_) {
-    IPPDGroup* copy = copied ? group->Clone() : nullptr;
-    copied = copy != nullptr;
-    if (copied) StoreGroup(copy);
-  }
+  // Copies in order, duplicate IDs included.
+  const auto copyAll = [&copied](const auto& from, auto& to) {
+    for (const auto* element : from.Elements()) {
+      auto* copy = copied ? element->Clone() : nullptr;
+      copied = copy != nullptr;
+      if (copied) to.Append(copy);
+    }
+  };
+  copyAll(other.constraints_, constraints_);
+  copyAll(other.paperSizes_, paperSizes_);
+  copyAll(other.groups_, groups_);
   if (!copied) {
     // The destructor does not run for a throwing constructor.
     ReleaseAll();
@@ -131,35 +93,19 @@ void APPD::ReleaseAll() {
     }
   }
   attributes_.clear();
-  for (IPPDGroup* group : groups_) {
-    group->SetPPD(nullptr);
-    group->Release();
-  }
-  groups_.clear();
-  for (IPPDPaperSize* paperSize : paperSizes_) {
-    paperSize->SetPPD(nullptr);
-    paperSize->Release();
-  }
-  paperSizes_.clear();
-  paperSizeIndex_.clear();
-  for (IPPDConstraint* constraint : constraints_) {
-    constraint->SetPPD(nullptr);
-    constraint->Release();
-  }
-  constraints_.clear();
+  groups_.Clear();
+  paperSizes_.Clear();
+  // Dropped whole: no constraint needs taking out of the indexes one by one.
   constraintIndex_.clear();
   choiceIndex_.clear();
+  constraintIndexValid_ = false;
+  constraints_.Clear();
+  constraintIndexValid_ = true;
   if (localizer_ != nullptr) localizer_->Release();
   localizer_ = nullptr;
 }
 
 APPD* APPD::Clone() const { return CreateSharedObject<APPD>(*this); }
-
-APPDCommentable* APPD::QueryPPDCommentable() const {
-  auto* self = const_cast<APPD*>(this);
-  self->Retain();
-  return self;
-}
 
 // Attributes.
 
@@ -252,10 +198,15 @@ void APPD::MoveAttributeNameToBack(const AQVString& name) {
 
 // Constraints.
 
-void APPD::StoreConstraint(IPPDConstraint* constraint) {
-  constraints_.push_back(constraint);
+void APPD::Attach(IPPDConstraint* constraint) {
   if (constraintIndexValid_) IndexConstraint(constraint);
   constraint->SetPPD(this);
+}
+
+void APPD::Detach(IPPDConstraint* constraint) {
+  // Replacing constraints one by one must not rebuild the indexes each time.
+  if (constraintIndexValid_) UnindexConstraint(constraint);
+  constraint->SetPPD(nullptr);
 }
 
 void APPD::IndexConstraint(IPPDConstraint* constraint) const {
@@ -283,7 +234,7 @@ void APPD::EnsureConstraintIndex() const {
   if (constraintIndexValid_) return;
   constraintIndex_.clear();
   choiceIndex_.clear();
-  for (IPPDConstraint* held : constraints_) IndexConstraint(held);
+  for (IPPDConstraint* held : constraints_.Elements()) IndexConstraint(held);
   constraintIndexValid_ = true;
 }
 
@@ -304,43 +255,16 @@ IPPDConstraint* APPD::AddConstraint(IPPDConstraint* constraint, bool copy) {
   IPPDConstraint* stored = copy ? constraint->Clone() : constraint;
   if (stored == nullptr) return nullptr;
   if (!copy) stored->Retain();
-  StoreConstraint(stored);
+  constraints_.Append(stored);
   return stored;
 }
 
-void APPD::EraseConstraintAt(std::size_t index) {
-  IPPDConstraint* constraint = constraints_[index];
-  constraints_.erase(constraints_.begin() + static_cast<std::ptrdiff_t>(index));
-  // Replacing constraints one by one must not rebuild the indexes each time.
-  if (constraintIndexValid_) UnindexConstraint(constraint);
-  constraint->SetPPD(nullptr);
-  constraint->Release();
-}
-
-void APPD::RemoveConstraint(IPPDConstraint* constraint) {
-  if (constraint == nullptr) return;
-  const std::size_t index = FindSameOrEqual(constraints_, constraint);
-  if (index < constraints_.size()) EraseConstraintAt(index);
-}
+void APPD::RemoveConstraint(IPPDConstraint* constraint) { constraints_.Remove(constraint); }
 
 void APPD::RemoveConstraintsForOption(const AQVString& option) {
-  std::vector<IPPDConstraint*> kept;
-  kept.reserve(constraints_.size());
-  std::vector<IPPDConstraint*> removed;
-  for (IPPDConstraint* constraint : constraints_) {
-    if (constraint->GetOptionAtIndex(0) == option || constraint->GetOptionAtIndex(1) == option) {
-      removed.push_back(constraint);
-    } else {
-      kept.push_back(constraint);
-    }
-  }
-  if (removed.empty()) return;
-  constraints_.swap(kept);
-  constraintIndexValid_ = false;
-  for (IPPDConstraint* constraint : removed) {
-    constraint->SetPPD(nullptr);
-    constraint->Release();
-  }
+  constraints_.RemoveIf([&option](const IPPDConstraint& constraint) {
+    return constraint.GetOptionAtIndex(0) == option || constraint.GetOptionAtIndex(1) == option;
+  });
 }
 
 void APPD::GetConstraintsWithOptionAndChoice(const AQVString& option, const AQVString& choice,
@@ -359,111 +283,30 @@ void APPD::GetConstraintsWithOptionAndChoice(const AQVString& option, const AQVS
 
 // Paper sizes.
 
-void APPD::StorePaperSize(IPPDPaperSize* paperSize) {
-  paperSizes_.push_back(paperSize);
-  if (paperSizeIndexValid_) paperSizeIndex_.emplace(paperSize->GetID(), paperSize);
-  paperSize->SetPPD(this);
-}
-
-void APPD::ErasePaperSizeAt(std::size_t index) {
-  IPPDPaperSize* paperSize = paperSizes_[index];
-  paperSizes_.erase(paperSizes_.begin() + static_cast<std::ptrdiff_t>(index));
-  if (paperSizeIndexValid_) {
-    const auto it = paperSizeIndex_.find(paperSize->GetID());
-    if (it != paperSizeIndex_.end() && it->second == paperSize) {
-      paperSizeIndex_.erase(it);
-    } else {
-      paperSizeIndexValid_ = false;
-    }
-  }
-  paperSize->SetPPD(nullptr);
-  paperSize->Release();
-}
-
 IPPDPaperSize* APPD::GetPaperSizeWithID(const AQVString& id) const {
-  for (int attempt = 0; attempt < 2; ++attempt) {
-    if (!paperSizeIndexValid_) {
-      paperSizeIndex_.clear();
-      for (IPPDPaperSize* paperSize : paperSizes_) paperSizeIndex_.emplace(paperSize->GetID(), paperSize);
-      paperSizeIndexValid_ = true;
-    }
-    const auto it = paperSizeIndex_.find(id);
-    if (it == paperSizeIndex_.end()) return nullptr;
-    if (it->second->GetID() == id) return it->second;
-    // Renamed without telling us (e.g. a paper size of another implementation).
-    paperSizeIndexValid_ = false;
-  }
-  return nullptr;
+  return paperSizes_.Find(id);
 }
 
 IPPDPaperSize* APPD::AddPaperSize(IPPDPaperSize* paperSize, bool copy) {
-  if (paperSize == nullptr) return nullptr;
-  // Our reference first: the size replaced below may be this very object.
-  IPPDPaperSize* stored = copy ? paperSize->Clone() : paperSize;
-  if (stored == nullptr) return nullptr;
-  if (!copy) stored->Retain();
-  if (IPPDPaperSize* old = GetPaperSizeWithID(stored->GetID())) {
-    ErasePaperSizeAt(IndexOf(paperSizes_, old));
-  }
-  StorePaperSize(stored);
-  return stored;
+  return paperSizes_.Add(paperSize, copy);
 }
 
-void APPD::RemovePaperSize(IPPDPaperSize* paperSize) {
-  if (paperSize == nullptr) return;
-  const std::size_t index = FindSameOrEqual(paperSizes_, paperSize);
-  if (index < paperSizes_.size()) ErasePaperSizeAt(index);
-}
+void APPD::RemovePaperSize(IPPDPaperSize* paperSize) { paperSizes_.Remove(paperSize); }
 
-void APPD::RemovePaperSizeWithID(const AQVString& id) {
-  if (IPPDPaperSize* found = GetPaperSizeWithID(id)) {
-    ErasePaperSizeAt(IndexOf(paperSizes_, found));
-  }
-}
+void APPD::RemovePaperSizeWithID(const AQVString& id) { paperSizes_.RemoveWithID(id); }
 
 // Groups.
 
-void APPD::StoreGroup(IPPDGroup* group) {
-  groups_.push_back(group);
-  group->SetPPD(this);
-}
+IPPDGroup* APPD::AddGroup(IPPDGroup* group, bool copy) { return groups_.Add(group, copy); }
 
-void APPD::EraseGroupAt(std::size_t index) {
-  IPPDGroup* group = groups_[index];
-  groups_.erase(groups_.begin() + static_cast<std::ptrdiff_t>(index));
-  group->SetPPD(nullptr);
-  group->Release();
-}
+void APPD::RemoveGroup(IPPDGroup* group) { groups_.Remove(group); }
 
-IPPDGroup* APPD::AddGroup(IPPDGroup* group, bool copy) {
-  if (group == nullptr) return nullptr;
-  IPPDGroup* stored = copy ? group->Clone() : group;
-  if (stored == nullptr) return nullptr;
-  if (!copy) stored->Retain();
-  if (IPPDGroup* old = GetGroupWithID(stored->GetID())) EraseGroupAt(IndexOf(groups_, old));
-  StoreGroup(stored);
-  return stored;
-}
+void APPD::RemoveGroupWithID(const AQVString& id) { groups_.RemoveWithID(id); }
 
-void APPD::RemoveGroup(IPPDGroup* group) {
-  if (group == nullptr) return;
-  const std::size_t index = FindSameOrEqual(groups_, group);
-  if (index < groups_.size()) EraseGroupAt(index);
-}
-
-void APPD::RemoveGroupWithID(const AQVString& id) {
-  if (IPPDGroup* found = GetGroupWithID(id)) EraseGroupAt(IndexOf(groups_, found));
-}
-
-IPPDGroup* APPD::GetGroupWithID(const AQVString& id) const {
-  for (IPPDGroup* group : groups_) {
-    if (group->GetID() == id) return group;
-  }
-  return nullptr;
-}
+IPPDGroup* APPD::GetGroupWithID(const AQVString& id) const { return groups_.Find(id); }
 
 IPPDOption* APPD::GetOptionWithID(const AQVString& id) const {
-  for (const IPPDGroup* group : groups_) {
+  for (const IPPDGroup* group : groups_.Elements()) {
     if (IPPDOption* option = group->GetOptionWithID(id)) return option;
   }
   return nullptr;
@@ -507,17 +350,7 @@ void APPD::GetAdditionalLanguages(std::vector<AQVString>& out) const {
 
 bool APPD::WriteAttributes(const AQVString& name, AQVString& result, AError* error) const {
   const auto it = attributes_.find(name);
-  if (it == attributes_.end()) return true;
-  AError local;
-  for (const IPPDAttribute* attribute : it->second) {
-    const AQVString text = attribute->GetStringRepresentation(&local);
-    if (Failed(local, error)) return false;
-    if (!text.IsEmpty()) {
-      result += text;
-      result += kRKPPDNewLine;
-    }
-  }
-  return true;
+  return it == attributes_.end() || APPDLineWriter::AppendLines(result, it->second, error);
 }
 
 bool APPD::WritePaperSizeBlocks(AQVString& result, AError* error) const {
@@ -532,29 +365,81 @@ bool APPD::WritePaperSizeBlocks(AQVString& result, AError* error) const {
     imageableArea = APPDStatement(AQVString("Default") + kRKPPDImageableAreaSizeType, AQVString(),
                                   AQVString(), defaultSize, kPPDStringValue, AQVString())
                         .GetStringRepresentation(&local);
-    if (Failed(local, error)) return false;
+    if (APPDLineWriter::Failed(local, error)) return false;
     imageableArea += kRKPPDNewLine;
     paperDimension = APPDStatement(AQVString("Default") + kRKPPDPaperDimensionSizeType,
                                    AQVString(), AQVString(), defaultSize, kPPDStringValue,
                                    AQVString())
                          .GetStringRepresentation(&local);
-    if (Failed(local, error)) return false;
+    if (APPDLineWriter::Failed(local, error)) return false;
     paperDimension += kRKPPDNewLine;
   }
-  for (IPPDPaperSize* paperSize : paperSizes_) {
+  for (IPPDPaperSize* paperSize : paperSizes_.Elements()) {
     paperSize->SetSizeType(kRKPPDImageableAreaSizeType);
     imageableArea += paperSize->GetStringRepresentation(&local);
-    if (Failed(local, error)) return false;
+    if (APPDLineWriter::Failed(local, error)) return false;
     imageableArea += kRKPPDNewLine;
     paperSize->SetSizeType(kRKPPDPaperDimensionSizeType);
     paperDimension += paperSize->GetStringRepresentation(&local);
-    if (Failed(local, error)) return false;
+    if (APPDLineWriter::Failed(local, error)) return false;
     paperDimension += kRKPPDNewLine;
   }
   result += imageableArea;
   result += kRKPPDNewLine;
   result += paperDimension;
   result += kRKPPDNewLine;
+  return true;
+}
+
+bool APPD::WriteGroups(AQVString& result, AError* error) const {
+  const std::vector<IPPDGroup*>& groups = groups_.Elements();
+  // Each group is written on its own into its own text; the texts are then
+  // joined in order up to the first failure, as the serial loop would stop.
+  struct Piece {
+    AQVString text;
+    AError error;
+    bool failed = false;
+  };
+  std::vector<Piece> pieces(groups.size());
+  const auto write = [&](std::size_t index) {
+    Piece& piece = pieces[index];
+    const IPPDGroup* group = groups[index];
+    piece.failed = !APPDLineWriter::AppendLine(piece.text, *group, &piece.error) ||
+                   (group->GetID() == kRKPPDGeneralGroupName && !WritePaperSizeBlocks(piece.text, &piece.error));
+  };
+
+  const std::size_t threads = std::min<std::size_t>(renderThreads_, groups.size());
+  if (threads <= 1) {
+    for (std::size_t i = 0; i < groups.size(); ++i) {
+      write(i);
+      if (pieces[i].failed) break;
+    }
+  } else {
+    // Lookups fill their indexes on first use; fill them now, before the
+    // threads read them.
+    GetOptionWithID(AQVString(kRKPPDPageSizeKeyword));
+    std::atomic<std::size_t> next{0};
+    const auto work = [&] {
+      for (std::size_t i = next++; i < groups.size(); i = next++) write(i);
+    };
+    std::vector<std::thread> helpers;
+    helpers.reserve(threads - 1);
+    for (std::size_t t = 1; t < threads; ++t) helpers.emplace_back(work);
+    work();
+    for (std::thread& helper : helpers) helper.join();
+  }
+
+  std::size_t length = result.ByteLength();
+  for (const Piece& piece : pieces) length += piece.text.ByteLength();
+  result.Reserve(length);
+  for (Piece& piece : pieces) {
+    result += piece.text;
+    piece.text = AQVString();
+    if (piece.failed) {
+      if (error != nullptr) *error = piece.error;
+      return false;
+    }
+  }
   return true;
 }
 
@@ -574,27 +459,8 @@ AQVString APPD::GetStringRepresentation(AError* error) const {
   }
   result += kRKPPDNewLine;
 
-  AError local;
-  for (const IPPDGroup* group : groups_) {
-    const AQVString text = group->GetStringRepresentation(&local);
-    if (Failed(local, error)) return result;
-    if (!text.IsEmpty()) {
-      result += text;
-      result += kRKPPDNewLine;
-    }
-    if (group->GetID() == kRKPPDGeneralGroupName && !WritePaperSizeBlocks(result, error)) {
-      return result;
-    }
-  }
-
-  for (const IPPDConstraint* constraint : constraints_) {
-    const AQVString text = constraint->GetStringRepresentation(&local);
-    if (Failed(local, error)) return result;
-    if (!text.IsEmpty()) {
-      result += text;
-      result += kRKPPDNewLine;
-    }
-  }
+  if (!WriteGroups(result, error)) return result;
+  if (!APPDLineWriter::AppendLines(result, constraints_.Elements(), error)) return result;
 
   if (!WriteAttributes(kRKPPDIPPReasonKeyword, result, error)) return result;
   result += kRKPPDNewLine;
@@ -628,10 +494,11 @@ bool APPD::operator==(const IPPD& other) const {
   }
 
   const auto byID = [](const auto& element) { return element.GetID(); };
-  return SameSet(groups_, document->groups_, byID) &&
-         SameSet(paperSizes_, document->paperSizes_, byID) &&
-         SameSet(constraints_, document->constraints_,
-                 [](const IPPDConstraint& constraint) { return ConstraintHash(constraint); });
+  return groups_.SameElements(document->groups_.Elements(), byID) &&
+         paperSizes_.SameElements(document->paperSizes_.Elements(), byID) &&
+         constraints_.SameElements(
+             document->constraints_.Elements(),
+             [](const IPPDConstraint& constraint) { return ConstraintHash(constraint); });
 }
 
 IPPD* IPPD::Create() { return CreateSharedObject<APPD>(); }

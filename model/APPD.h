@@ -8,12 +8,13 @@
 #include <unordered_set>
 #include <vector>
 
-#include "model/APPDCommentable.h"
+#include "model/APPDCommentableObject.h"
+#include "model/APPDOwnedList.h"
 #include "model/IPPD.h"
 
 namespace ppdforge {
 
-class APPD : public IPPD, public APPDCommentable {
+class APPD : public APPDCommentableObject<IPPD> {
  public:
   APPD();
   // A deep copy: every attribute, group, paper size and constraint is cloned
@@ -25,16 +26,8 @@ class APPD : public IPPD, public APPDCommentable {
   // Detaches and releases every element and releases the localizer.
   ~APPD() override;
 
-  // One reference count for all bases (supplied by ASharedObject).
-  using IPPD::Retain;
-  using IPPD::Release;
-
   // A copy with the count 1 (owned by the caller), or null.
   APPD* Clone() const override;
-  // This object with one more reference (the caller releases it).
-  APPDCommentable* QueryPPDCommentable() const override;
-  // Always null: the document has no translations of its own.
-  APPDLocalizable* QueryPPDLocalizable() const override { return nullptr; }
   // The whole PPD: attributes in order of first arrival (without
   // "cupsIPPReason"), a blank line, the groups with the paper-size blocks
   // right after the group "General", the constraints, the IPP reasons and a
@@ -52,7 +45,9 @@ class APPD : public IPPD, public APPDCommentable {
                                              const AQVString* spec) const override;
   void RemoveAttributesWithNameAndSpec(const AQVString& name, const AQVString* spec) override;
 
-  const std::vector<IPPDConstraint*>& GetConstraints() const override { return constraints_; }
+  const std::vector<IPPDConstraint*>& GetConstraints() const override {
+    return constraints_.Elements();
+  }
   IPPDConstraint* AddConstraint(IPPDConstraint* constraint, bool copy) override;
   // By identity, else the first equal constraint; detached and released.
   void RemoveConstraint(IPPDConstraint* constraint) override;
@@ -60,14 +55,16 @@ class APPD : public IPPD, public APPDCommentable {
   void GetConstraintsWithOptionAndChoice(const AQVString& option, const AQVString& choice,
                                          std::vector<IPPDConstraint*>& out) const override;
 
-  const std::vector<IPPDPaperSize*>& GetPaperSizes() const override { return paperSizes_; }
+  const std::vector<IPPDPaperSize*>& GetPaperSizes() const override {
+    return paperSizes_.Elements();
+  }
   IPPDPaperSize* AddPaperSize(IPPDPaperSize* paperSize, bool copy) override;
   // By identity, else the first equal paper size; detached and released.
   void RemovePaperSize(IPPDPaperSize* paperSize) override;
   void RemovePaperSizeWithID(const AQVString& id) override;
   IPPDPaperSize* GetPaperSizeWithID(const AQVString& id) const override;
 
-  const std::vector<IPPDGroup*>& GetGroups() const override { return groups_; }
+  const std::vector<IPPDGroup*>& GetGroups() const override { return groups_.Elements(); }
   IPPDGroup* AddGroup(IPPDGroup* group, bool copy) override;
   // By identity, else the first equal group; its document becomes null and it is released.
   void RemoveGroup(IPPDGroup* group) override;
@@ -87,6 +84,7 @@ class APPD : public IPPD, public APPDCommentable {
   // element having an equal one in the other), equal groups, paper sizes and
   // constraints. The comment and the localizer are not compared. A document
   // of another implementation is never equal.
+  void SetRenderThreads(unsigned count) override { renderThreads_ = count == 0 ? 1 : count; }
   bool operator==(const IPPD& other) const override;
   bool operator!=(const IPPD& other) const override { return !(*this == other); }
 
@@ -101,7 +99,7 @@ class APPD : public IPPD, public APPDCommentable {
 
   // Called by a held paper size whose ID changed and by a held constraint
   // that changed: the lookup index is rebuilt on its next use.
-  void InvalidatePaperSizeIndex() { paperSizeIndexValid_ = false; }
+  void InvalidatePaperSizeIndex() { paperSizes_.InvalidateIndex(); }
   void InvalidateConstraintIndex() { constraintIndexValid_ = false; }
 
  private:
@@ -116,14 +114,25 @@ class APPD : public IPPD, public APPDCommentable {
   bool WritePaperSizeBlocks(AQVString& result, AError* error) const;
   // Appends the text of each attribute of `name` with an LF; false on an error.
   bool WriteAttributes(const AQVString& name, AQVString& result, AError* error) const;
+  // The groups' lines, each group followed by the paper size blocks when it
+  // is the General group, as the serial loop writes them (on
+  // renderThreads_ threads); false on an error, with the text up to it.
+  bool WriteGroups(AQVString& result, AError* error) const;
+
+  friend class APPDOwnedList<IPPDConstraint, APPD>;
+  friend class APPDOwnedList<IPPDPaperSize, APPD, true>;
+  friend class APPDOwnedList<IPPDGroup, APPD>;
+
+  // Links a stored element to this document, and undoes that; a constraint
+  // also enters or leaves the constraint indexes while they are valid.
+  void Attach(IPPDConstraint* constraint);
+  void Detach(IPPDConstraint* constraint);
+  void Attach(IPPDPaperSize* paperSize) { paperSize->SetPPD(this); }
+  void Detach(IPPDPaperSize* paperSize) { paperSize->SetPPD(nullptr); }
+  void Attach(IPPDGroup* group) { group->SetPPD(this); }
+  void Detach(IPPDGroup* group) { group->SetPPD(nullptr); }
 
   void StoreAttribute(IPPDAttribute* attribute);
-  void StorePaperSize(IPPDPaperSize* paperSize);
-  void StoreConstraint(IPPDConstraint* constraint);
-  void StoreGroup(IPPDGroup* group);
-  void ErasePaperSizeAt(std::size_t index);
-  void EraseGroupAt(std::size_t index);
-  void EraseConstraintAt(std::size_t index);
   // The first held constraint equal to `constraint`, or null.
   IPPDConstraint* FindEqualConstraint(const IPPDConstraint& constraint) const;
   // Adds a held constraint to both constraint indexes.
@@ -138,14 +147,13 @@ class APPD : public IPPD, public APPDCommentable {
   // Names in order of first arrival; a name stays when its attributes are removed.
   std::vector<AQVString> attributeOrder_;
   std::unordered_set<AQVString> orderedNames_;
-  std::vector<IPPDConstraint*> constraints_;
-  std::vector<IPPDPaperSize*> paperSizes_;
-  std::vector<IPPDGroup*> groups_;
+  APPDOwnedList<IPPDConstraint, APPD> constraints_{this};
+  // Indexed: a held paper size reports a new ID through InvalidatePaperSizeIndex.
+  APPDOwnedList<IPPDPaperSize, APPD, true> paperSizes_{this};
+  // Lookups read the IDs: a group is renamed without telling its document.
+  APPDOwnedList<IPPDGroup, APPD> groups_{this};
   IPPDLocalizer* localizer_ = nullptr;
 
-  // ID to the first paper size with that ID.
-  mutable std::unordered_map<AQVString, IPPDPaperSize*> paperSizeIndex_;
-  mutable bool paperSizeIndexValid_ = true;
   // Content hash to the constraints with that hash, in document order.
   mutable std::unordered_map<std::size_t, std::vector<IPPDConstraint*>> constraintIndex_;
   // "OPTION LF CHOICE" of the first and of the second option to the
@@ -155,6 +163,7 @@ class APPD : public IPPD, public APPDCommentable {
   // Set only while GetStringRepresentation runs, so that every element asks
   // for the languages without the attributes being read again.
   mutable const Languages* renderLanguages_ = nullptr;
+  unsigned renderThreads_ = 1;
 };
 
 }  // namespace ppdforge

@@ -1,9 +1,6 @@
 #include "model/APPDChoice.h"
 
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 #include <cups/ppd.h>
-#pragma GCC diagnostic pop
 
 #include <string>
 #include <string_view>
@@ -13,6 +10,7 @@
 #include "model/APPDTextDecoder.h"
 
 #include "core/ASharedObject.h"
+#include "model/APPDLineWriter.h"
 #include "model/APPDOption.h"
 #include "model/APPDStatement.h"
 #include "model/IPPD.h"
@@ -23,26 +21,13 @@ namespace ppdforge {
 
 APPDChoice::APPDChoice(const AQVString& id, const AQVString& name, const AQVString& code,
                        const AQVString& comment)
-    : APPDCommentable(comment), id_(id), name_(name), code_(code) {}
+    : APPDLocalizableObject(comment), id_(id), name_(name), code_(code) {}
 
 // Explicit translations and the owner stay behind: the copy starts unattached.
 APPDChoice::APPDChoice(const APPDChoice& other)
-    : IPPDChoice(), APPDCommentable(other), APPDLocalizable(), id_(other.id_),
-      name_(other.name_), code_(other.code_) {}
+    : APPDLocalizableObject(other), id_(other.id_), name_(other.name_), code_(other.code_) {}
 
 APPDChoice* APPDChoice::Clone() const { return CreateSharedObject<APPDChoice>(*this); }
-
-APPDCommentable* APPDChoice::QueryPPDCommentable() const {
-  auto* self = const_cast<APPDChoice*>(this);
-  static_cast<IPPDObject*>(self)->Retain();
-  return self;
-}
-
-APPDLocalizable* APPDChoice::QueryPPDLocalizable() const {
-  auto* self = const_cast<APPDChoice*>(this);
-  static_cast<IPPDObject*>(self)->Retain();
-  return self;
-}
 
 void APPDChoice::SetID(const AQVString& id) {
   id_ = id;
@@ -87,31 +72,17 @@ AQVString APPDChoice::GetStringRepresentation(AError* error) const {
   result.reserve((code_.ByteLength() + 64) * (languages.size() + 1));
   if (!APPDStatement::Append(result, optionID.UTF8(), id_.UTF8(), mainText.UTF8(), code_.UTF8(),
                              kPPDQuotedValue, std::string_view(), &local)) {
-    if (error != nullptr) *error = local;
+    APPDLineWriter::Failed(local, error);
     return AQVString();
   }
 
   const AQVString comment = APPDCommentable::GetStringRepresentation(&local);
-  if (local.code != 0) {
-    if (error != nullptr) *error = local;
-    return AQVString();
-  }
+  if (APPDLineWriter::Failed(local, error)) return AQVString();
   if (!comment.IsEmpty()) result.insert(0, comment.UTF8() + kRKPPDNewLine);
 
-  if (name_.IsEmpty()) return AQVString::FromTrustedUTF8(std::move(result));
-  std::string keyword;
-  for (const AQVString& language : languages) {
-    keyword.assign(language.UTF8());
-    keyword += '.';
-    keyword += optionID.UTF8();
-    const AQVString text = GetLocalizedString(language);
-    result += kRKPPDNewLine;
-    if (!APPDStatement::Append(result, keyword, id_.UTF8(), text.UTF8(), std::string_view(),
-                               kPPDQuotedValue, std::string_view(), &local)) {
-      result.pop_back();
-      if (error != nullptr) *error = local;
-      return AQVString::FromTrustedUTF8(std::move(result));
-    }
+  if (!name_.IsEmpty()) {
+    APPDLineWriter::AppendTranslationLines(result, *this, optionID.UTF8(), id_.UTF8(), languages,
+                                           error);
   }
   return AQVString::FromTrustedUTF8(std::move(result));
 }

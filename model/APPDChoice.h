@@ -4,32 +4,23 @@
 
 #include <vector>
 
-#include "model/APPDCommentable.h"
-#include "model/APPDLocalizable.h"
+#include "model/APPDLocalizableObject.h"
 #include "model/IPPDChoice.h"
 
 namespace ppdforge {
 
 class IPPD;
 
-class APPDChoice : public IPPDChoice, public APPDCommentable, public APPDLocalizable {
+class APPDChoice : public APPDLocalizableObject<IPPDChoice> {
  public:
   APPDChoice(const AQVString& id, const AQVString& name, const AQVString& code,
              const AQVString& comment);
   // Copies comment, ID, name and code; the copy belongs to no option and has
   // no explicit translations.
   APPDChoice(const APPDChoice& other);
-  APPDChoice& operator=(const APPDChoice&) = delete;
-
-  // One reference count for all bases (supplied by ASharedObject).
-  using IPPDChoice::Retain;
-  using IPPDChoice::Release;
 
   // A copy with the count 1 (owned by the caller), or null.
   APPDChoice* Clone() const override;
-  // This object with one more reference (the caller releases it).
-  APPDCommentable* QueryPPDCommentable() const override;
-  APPDLocalizable* QueryPPDLocalizable() const override;
   // The comment lines, the choice line and its translation lines. A choice
   // outside any option uses the keyword "DummySettingName". On a statement
   // error: the text made so far (empty when the main line failed), *error set.

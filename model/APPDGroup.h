@@ -5,13 +5,13 @@
 
 #include <vector>
 
-#include "model/APPDCommentable.h"
-#include "model/APPDLocalizable.h"
+#include "model/APPDLocalizableObject.h"
+#include "model/APPDOwnedList.h"
 #include "model/IPPDGroup.h"
 
 namespace ppdforge {
 
-class APPDGroup : public IPPDGroup, public APPDCommentable, public APPDLocalizable {
+class APPDGroup : public APPDLocalizableObject<IPPDGroup> {
  public:
   APPDGroup(const AQVString& id, const AQVString& name, const AQVString& comment);
   // Copies comment, ID, name and a copy of every option and sub-group; the
@@ -19,19 +19,11 @@ class APPDGroup : public IPPDGroup, public APPDCommentable, public APPDLocalizab
   // Throws std::bad_alloc (caught by CreateSharedObject) when an element
   // cannot be copied.
   APPDGroup(const APPDGroup& other);
-  APPDGroup& operator=(const APPDGroup&) = delete;
   // Detaches and releases every option and sub-group.
   ~APPDGroup() override;
 
-  // One reference count for all bases (supplied by ASharedObject).
-  using IPPDGroup::Retain;
-  using IPPDGroup::Release;
-
   // A copy with the count 1 (owned by the caller), or null.
   APPDGroup* Clone() const override;
-  // This object with one more reference (the caller releases it).
-  APPDCommentable* QueryPPDCommentable() const override;
-  APPDLocalizable* QueryPPDLocalizable() const override;
   // Empty for a group without options and sub-groups. Otherwise the comment,
   // the heading (unless the ID is "General"), the sub-groups, the options and
   // the close line, each line ended by LF. On a statement error: the text
@@ -42,14 +34,14 @@ class APPDGroup : public IPPDGroup, public APPDCommentable, public APPDLocalizab
   void SetID(const AQVString& id) override { id_ = id; }
   AQVString GetName() const override { return name_; }
   void SetName(const AQVString& name) override { name_ = name; }
-  const std::vector<IPPDOption*>& GetOptions() const override { return options_; }
+  const std::vector<IPPDOption*>& GetOptions() const override { return options_.Elements(); }
   IPPDOption* AddOption(IPPDOption* option, bool copy) override;
   // By identity, else the first equal option; detaches and releases it.
   void RemoveOption(IPPDOption* option) override;
   void RemoveOptionWithID(const AQVString& id) override;
   // The first own option with exactly this ID (borrowed); sub-groups are not searched.
   IPPDOption* GetOptionWithID(const AQVString& id) const override;
-  const std::vector<IPPDGroup*>& GetSubGroups() const override { return subGroups_; }
+  const std::vector<IPPDGroup*>& GetSubGroups() const override { return subGroups_.Elements(); }
   IPPDGroup* AddSubGroup(IPPDGroup* group, bool copy) override;
   // By identity, else the first equal sub-group; its document becomes null.
   void RemoveSubGroup(IPPDGroup* group) override;
@@ -68,13 +60,20 @@ class APPDGroup : public IPPDGroup, public APPDCommentable, public APPDLocalizab
   void ClearSubgroups() override;
 
  private:
-  void EraseOptionAt(std::size_t index);
-  void EraseSubGroupAt(std::size_t index);
+  friend class APPDOwnedList<IPPDOption, APPDGroup>;
+  friend class APPDOwnedList<IPPDGroup, APPDGroup>;
+
+  // Links a stored option or sub-group to this group, and undoes that.
+  void Attach(IPPDOption* option) { option->SetGroup(this); }
+  void Detach(IPPDOption* option) { option->SetGroup(nullptr); }
+  void Attach(IPPDGroup* group);
+  void Detach(IPPDGroup* group) { group->SetPPD(nullptr); }
 
   AQVString id_;
   AQVString name_;
-  std::vector<IPPDOption*> options_;
-  std::vector<IPPDGroup*> subGroups_;
+  // Lookups read the IDs: an option is renamed without telling its group.
+  APPDOwnedList<IPPDOption, APPDGroup> options_{this};
+  APPDOwnedList<IPPDGroup, APPDGroup> subGroups_{this};
   bool isSubGroup_ = false;
   IPPD* ppd_ = nullptr;
 };

@@ -117,14 +117,22 @@ AQVString APPDLocalizer::Localize(const AQVString& key, const AQVString& languag
 }
 
 const APPDLocalizer::Locale* APPDLocalizer::LocaleFor(const AQVString& language) const {
-  for (const auto& [text, locale] : recentLanguages_) {
-    if (text == language) return locale;
+  const std::size_t published = recentCount_.load(std::memory_order_acquire);
+  for (std::size_t i = 0; i < published; ++i) {
+    if (recentLanguages_[i].language == language) return recentLanguages_[i].locale;
   }
   const auto entry = FindLoaded(GetLocaleID(language));
   const Locale* locale = entry == tables_.end() ? nullptr : &entry->second;
+  std::lock_guard lock(mutex_);
+  const std::size_t count = recentCount_.load(std::memory_order_relaxed);
+  for (std::size_t i = published; i < count; ++i) {
+    if (recentLanguages_[i].language == language) return locale;
+  }
   // A document asks for a handful of languages; the bound keeps the scan short.
-  constexpr std::size_t kRecentLanguages = 16;
-  if (recentLanguages_.size() < kRecentLanguages) recentLanguages_.emplace_back(language, locale);
+  if (count < kRecentLanguages) {
+    recentLanguages_[count] = RecentLanguage{language, locale};
+    recentCount_.store(count + 1, std::memory_order_release);
+  }
   return locale;
 }
 
@@ -132,10 +140,13 @@ APPDLocalizer::TableMap::iterator APPDLocalizer::FindLoaded(const AQVString& loc
   const auto entry = tables_.find(localeID);
   if (entry == tables_.end()) return entry;
   ReadPending(entry->second);
+  std::lock_guard lock(entry->second.reading);
   return entry->second.tables.empty() ? tables_.end() : entry;
 }
 
 void APPDLocalizer::ReadPending(Locale& locale) {
+  std::lock_guard lock(locale.reading);
+  if (locale.pending.empty()) return;
   for (const std::filesystem::path& url : locale.pending) {
     std::string bytes;
     if (!ReadFileBytes(url, bytes)) continue;
@@ -207,7 +218,7 @@ void APPDLocalizer::AddLocalizationToTable(const AQVString& localeID,
                                            const std::filesystem::path& url) {
   tables_[localeID].pending.push_back(url);
   // A language that had no tables may have some now.
-  recentLanguages_.clear();
+  recentCount_.store(0, std::memory_order_release);
 }
 
 }  // namespace ppdforge

@@ -1,7 +1,10 @@
 #pragma once
 // The localizer: string tables by locale identifier, searched in load order.
 
+#include <array>
+#include <atomic>
 #include <filesystem>
+#include <mutex>
 #include <map>
 #include <string_view>
 #include <unordered_map>
@@ -34,6 +37,9 @@ class APPDLocalizer : public IPPDLocalizer {
   // asked for (a generation in English never reads the other languages);
   // `index` maps every key to the text of the first table that holds it.
   struct Locale {
+    // Held while the pending tables are read, so that threads rendering
+    // at once read each file once and different languages side by side.
+    std::mutex reading;
     std::vector<std::filesystem::path> pending;
     std::vector<std::vector<std::pair<AQVString, AQVString>>> tables;
     std::unordered_map<std::string_view, const AQVString*> index;
@@ -58,13 +64,24 @@ class APPDLocalizer : public IPPDLocalizer {
   // are remembered per language text until tables are added.
   const Locale* LocaleFor(const AQVString& language) const;
 
-  // Reading tables on first use changes them from const operations; like
-  // the rest of a generation, a localizer serves one thread at a time.
+  // Reading tables on first use changes them from const operations. Localize
+  // may run on several threads at once (a document renders its parts in
+  // parallel); loading tables and changing the current locale may not.
   mutable TableMap tables_;
   // The current entry of tables_, or end() for none (map iterators stay
   // valid while entries are added).
   TableMap::const_iterator current_;
-  mutable std::vector<std::pair<AQVString, const Locale*>> recentLanguages_;
+  // Answers of LocaleFor: entries below the count are complete and never
+  // change until tables are added, so readers scan them without a lock;
+  // new entries are written under `mutex_` and published by the count.
+  static constexpr std::size_t kRecentLanguages = 16;
+  struct RecentLanguage {
+    AQVString language;
+    const Locale* locale = nullptr;
+  };
+  mutable std::array<RecentLanguage, kRecentLanguages> recentLanguages_;
+  mutable std::atomic<std::size_t> recentCount_{0};
+  mutable std::mutex mutex_;
 };
 
 }  // namespace ppdforge

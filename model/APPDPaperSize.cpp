@@ -1,20 +1,18 @@
 #include "model/APPDPaperSize.h"
 
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
 #include <cups/ppd.h>
-#pragma GCC diagnostic pop
 
 #include "model/APPDTextDecoder.h"
 
-#include <charconv>
 #include <initializer_list>
 #include <string>
 #include <string_view>
 #include <utility>
 
+#include "core/AFormatter.h"
 #include "core/ASharedObject.h"
 #include "model/APPD.h"
+#include "model/APPDLineWriter.h"
 #include "model/APPDStatement.h"
 #include "model/RKPPDConstants.h"
 
@@ -22,23 +20,14 @@ namespace ppdforge {
 
 namespace {
 
-bool Failed(const AError& local, AError* error) {
-  if (local.code == 0) return false;
-  if (error != nullptr) *error = local;
-  return true;
-}
-
 // "%.2f" of each number, separated by single spaces, whatever the C locale says.
 AQVString FormatPoints(std::initializer_list<double> numbers) {
   std::string text;
   for (const double number : numbers) {
-    char buffer[512];
-    const auto [end, failure] =
-        std::to_chars(buffer, buffer + sizeof(buffer), number, std::chars_format::fixed, 2);
     if (!text.empty()) text += ' ';
-    if (failure == std::errc()) text.append(buffer, end);
+    AFormatter::AppendTwoDecimals(text, number);
   }
-  return AQVString(std::move(text));
+  return AQVString::FromTrustedUTF8(std::move(text));
 }
 
 }  // namespace
@@ -50,23 +39,11 @@ APPDPaperSize::APPDPaperSize(const AQVString& id, const AQVString& name,
       sizeType_(sizeType) {}
 
 APPDPaperSize::APPDPaperSize(const APPDPaperSize& other)
-    : IPPDPaperSize(), APPDCommentable(other), APPDLocalizable(), id_(other.id_),
-      name_(other.name_), paperRect_(other.paperRect_), imageableRect_(other.imageableRect_),
+    : APPDLocalizableObject(other), id_(other.id_), name_(other.name_),
+      paperRect_(other.paperRect_), imageableRect_(other.imageableRect_),
       sizeType_(other.sizeType_) {}
 
 APPDPaperSize* APPDPaperSize::Clone() const { return CreateSharedObject<APPDPaperSize>(*this); }
-
-APPDCommentable* APPDPaperSize::QueryPPDCommentable() const {
-  auto* self = const_cast<APPDPaperSize*>(this);
-  self->Retain();
-  return self;
-}
-
-APPDLocalizable* APPDPaperSize::QueryPPDLocalizable() const {
-  auto* self = const_cast<APPDPaperSize*>(this);
-  self->Retain();
-  return self;
-}
 
 void APPDPaperSize::SetID(const AQVString& id) {
   id_ = id;
@@ -132,28 +109,16 @@ AQVString APPDPaperSize::GetStringRepresentation(AError* error) const {
   result.reserve(96 * (languages.size() + 1));
   if (!APPDStatement::Append(result, sizeType_.UTF8(), id_.UTF8(), GetLocalizedString(mainLanguage).UTF8(),
                              value.UTF8(), kPPDQuotedValue, std::string_view(), &local)) {
-    Failed(local, error);
+    APPDLineWriter::Failed(local, error);
     return AQVString();
   }
 
   const AQVString comment = APPDCommentable::GetStringRepresentation(&local);
-  if (Failed(local, error)) return AQVString();
+  if (APPDLineWriter::Failed(local, error)) return AQVString();
   if (!comment.IsEmpty()) result.insert(0, comment.UTF8() + kRKPPDNewLine);
 
-  std::string keyword;
-  for (const AQVString& language : languages) {
-    keyword.assign(language.UTF8());
-    keyword += '.';
-    keyword += sizeType_.UTF8();
-    const AQVString text = GetLocalizedString(language);
-    result += kRKPPDNewLine;
-    if (!APPDStatement::Append(result, keyword, id_.UTF8(), text.UTF8(), std::string_view(),
-                               kPPDQuotedValue, std::string_view(), &local)) {
-      result.pop_back();
-      Failed(local, error);
-      return AQVString::FromTrustedUTF8(std::move(result));
-    }
-  }
+  APPDLineWriter::AppendTranslationLines(result, *this, sizeType_.UTF8(), id_.UTF8(), languages,
+                                         error);
   return AQVString::FromTrustedUTF8(std::move(result));
 }
 

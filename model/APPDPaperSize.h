@@ -4,13 +4,12 @@
 
 #include <vector>
 
-#include "model/APPDCommentable.h"
-#include "model/APPDLocalizable.h"
+#include "model/APPDLocalizableObject.h"
 #include "model/IPPDPaperSize.h"
 
 namespace ppdforge {
 
-class APPDPaperSize : public IPPDPaperSize, public APPDCommentable, public APPDLocalizable {
+class APPDPaperSize : public APPDLocalizableObject<IPPDPaperSize> {
  public:
   // The four numbers of each rectangle are used as bottom, left, top and
   // right edges, in member order; stored as given.
@@ -19,17 +18,9 @@ class APPDPaperSize : public IPPDPaperSize, public APPDCommentable, public APPDL
   // Copies comment, ID, name, both rectangles and the size type; the copy has
   // no document and no explicit translations.
   APPDPaperSize(const APPDPaperSize& other);
-  APPDPaperSize& operator=(const APPDPaperSize&) = delete;
-
-  // One reference count for all bases (supplied by ASharedObject).
-  using IPPDPaperSize::Retain;
-  using IPPDPaperSize::Release;
 
   // A copy with the count 1 (owned by the caller), or null.
   APPDPaperSize* Clone() const override;
-  // This object with one more reference (the caller releases it).
-  APPDCommentable* QueryPPDCommentable() const override;
-  APPDLocalizable* QueryPPDLocalizable() const override;
   // Empty (no error) when !IsValid(). Otherwise the comment lines, the line
   // "*SIZETYPE ID/Text: "values"" (values "%.2f", width and height for
   // "PaperDimension", left bottom right top for "ImageableArea") and one line

@@ -156,6 +156,42 @@ bool WouldReplaceCloseBrackets(std::string_view text) {
   }
 }
 
+// Word-at-a-time byte tests: every statement part passes through several
+// checks, and nearly all of it is plain text that none of them stops at.
+constexpr std::uint64_t kEveryByte = 0x0101010101010101ULL;
+constexpr std::uint64_t kHighBits = 0x8080808080808080ULL;
+
+// Non-zero when a byte of `word` is below `limit` (at most 128).
+constexpr std::uint64_t BytesBelow(std::uint64_t word, unsigned limit) {
+  return (word - kEveryByte * limit) & ~word & kHighBits;
+}
+
+// Non-zero when a byte of `word` equals `c`.
+constexpr std::uint64_t BytesEqual(std::uint64_t word, char c) {
+  return BytesBelow(word ^ (kEveryByte * static_cast<unsigned char>(c)), 1);
+}
+
+// Whether any byte of `text` is one of `characters` or below `below`.
+template <std::size_t N>
+bool ContainsAny(std::string_view text, const char (&characters)[N], unsigned below = 0) {
+  std::size_t i = 0;
+  for (; i + 8 <= text.size(); i += 8) {
+    std::uint64_t word;
+    std::memcpy(&word, text.data() + i, 8);
+    std::uint64_t hit = below == 0 ? 0 : BytesBelow(word, below);
+    for (std::size_t c = 0; c + 1 < N; ++c) hit |= BytesEqual(word, characters[c]);
+    if (hit != 0) return true;
+  }
+  for (; i < text.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    if (byte < below) return true;
+    for (std::size_t c = 0; c + 1 < N; ++c) {
+      if (text[i] == characters[c]) return true;
+    }
+  }
+  return false;
+}
+
 bool IsASCII(std::string_view bytes) {
   for (const char c : bytes) {
     if (static_cast<unsigned char>(c) >= 0x80) return false;
@@ -218,12 +254,7 @@ void EscapeStoredTranslation(AQVString& translation, bool escapeColons) {
   if (changed) translation = AQVString(std::move(text));
 }
 
-bool HasAngleBracket(std::string_view text) {
-  for (const char c : text) {
-    if (c == '<' || c == '>') return true;
-  }
-  return false;
-}
+bool HasAngleBracket(std::string_view text) { return ContainsAny(text, "<>"); }
 
 bool HasLineBreak(std::string_view text) {
   for (const char c : text) {
@@ -289,9 +320,32 @@ const CharacterRule& PlainMainTranslationRule() {
   return rule;
 }
 
+// Whether `text` is ASCII whose only brackets are one "<<" and a later ">>"
+// with something between them: the form of nearly every PostScript code, which
+// both escaping steps keep as a tag.
+bool IsOneDictionaryTag(std::string_view text) {
+  std::size_t opens = 0;
+  std::size_t closes = 0;
+  std::size_t firstOpen = 0;
+  std::size_t firstClose = 0;
+  bool ascii = true;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto c = static_cast<unsigned char>(text[i]);
+    ascii = ascii && c < 0x80;
+    if (c == '<') {
+      if (opens++ == 0) firstOpen = i;
+    } else if (c == '>') {
+      if (closes++ == 0) firstClose = i;
+    }
+  }
+  return ascii && opens == 2 && closes == 2 && text[firstOpen + 1] == '<' && text[firstClose + 1] == '>' &&
+         firstClose >= firstOpen + 3;
+}
+
 // Whether the stray-bracket escaping would change `text`.
 bool NeedsBracketEscaping(std::string_view text) {
   if (!HasAngleBracket(text)) return false;
+  if (IsOneDictionaryTag(text)) return false;
   if (!IsASCII(text)) return true;
   return WouldReplaceOpenBrackets(text) || WouldReplaceCloseBrackets(text);
 }
@@ -299,14 +353,7 @@ bool NeedsBracketEscaping(std::string_view text) {
 // A translation as the build writes it: stray brackets (and colons) escaped.
 // A view of `stored` when nothing changes, else of `scratch`.
 std::string_view EscapedTranslation(std::string_view stored, bool escapeColons, std::string& scratch) {
-  bool special = false;
-  for (const char c : stored) {
-    if (c == '<' || c == '>' || (escapeColons && c == ':')) {
-      special = true;
-      break;
-    }
-  }
-  if (!special) return stored;
+  if (!(escapeColons ? ContainsAny(stored, "<>:") : ContainsAny(stored, "<>"))) return stored;
   const bool colons = escapeColons && stored.find(':') != std::string_view::npos;
   if (!colons && !NeedsBracketEscaping(stored)) return stored;
   scratch.assign(stored);
@@ -341,7 +388,10 @@ bool CheckTranslation(std::string_view translation, bool isOptionTranslation, AE
   if (translation.size() > kMaxTranslationBytes) {
     return messages::Report(error, messages::kTranslationTooLong, {AQVString(translation)});
   }
-  if (!(isOptionTranslation ? OptionTranslationRule() : ValueTranslationRule()).Accepts(translation)) {
+  // Both rules take every byte from the blank up, but for the colon of an
+  // option translation; only text with a control character needs the table.
+  const bool plain = isOptionTranslation ? !ContainsAny(translation, ":", 32) : !ContainsAny(translation, "", 32);
+  if (!plain && !(isOptionTranslation ? OptionTranslationRule() : ValueTranslationRule()).Accepts(translation)) {
     return messages::Report(error, messages::kTranslationInvalid, {AQVString(translation)});
   }
   return true;
@@ -352,7 +402,8 @@ bool CheckValue(std::string_view value, PPDValueType type, AError* error) {
   switch (type) {
     case kPPDInvocationValue:
     case kPPDQuotedValue:
-      valid = QuotedValueRule().Accepts(value);
+      // Every byte from the blank up but the double quote passes.
+      valid = !ContainsAny(value, "\"", 32) || QuotedValueRule().Accepts(value);
       break;
     case kPPDSymbolValue:
       valid = SymbolValueRule().Accepts(value);

@@ -75,6 +75,11 @@ class IPPD : public IPPDObject {
   // The entries of "cupsLanguages" (locale identifiers), in order.
   virtual void GetAdditionalLanguages(std::vector<AQVString>& out) const = 0;
 
+  // Lets GetStringRepresentation write the groups on up to `count` threads
+  // (0 and 1: the calling thread alone, the default). The text is the same;
+  // the localizer's tables must not be changed while it runs.
+  virtual void SetRenderThreads(unsigned count) = 0;
+
   virtual bool operator==(const IPPD& other) const = 0;
   virtual bool operator!=(const IPPD& other) const = 0;
 

@@ -32,8 +32,11 @@ class AGenerateCommand final : public ICommand {
 
  private:
   // One product into `output` (a file; `out` when empty), as Run describes.
+  // `alone`: the only generation of the process, which then writes the
+  // document on all cores and keeps it in memory until the process ends (a
+  // batch already uses every core, and frees each product as it goes).
   int Generate(const std::string& product, const std::string& output, std::ostream& out,
-               std::ostream& err) const;
+               std::ostream& err, bool alone) const;
 
   CLI::App* command_ = nullptr;
   std::vector<std::string> products_;

@@ -9,6 +9,7 @@
 #include "core/AArray.h"
 #include "core/ADictionary.h"
 #include "core/APropertyList.h"
+#include "core/AStringsTable.h"
 
 namespace ppdforge {
 namespace {
@@ -29,13 +30,27 @@ const char kXML[] = R"(<?xml version="1.0" encoding="UTF-8"?>
 </plist>
 )";
 
-// Binary form of `root` as libplist writes it.
+// Binary form of `root` as libplist writes it; frees `root`.
 std::string ToBinary(plist_t root) {
   char* bytes = nullptr;
   std::uint32_t length = 0;
   plist_to_bin(root, &bytes, &length);
+  plist_free(root);
   std::string out(bytes, length);
   plist_to_bin_free(bytes);
+  return out;
+}
+
+// A binary list of one dictionary {key: value} whose first `pattern` gets a
+// NUL character in place of its "#" (such keys made libplist abort).
+std::string BinaryWithNul(const char* key, const char* value, std::string pattern) {
+  plist_t root = plist_new_dict();
+  plist_dict_set_item(root, key, plist_new_string(value));
+  std::string out = ToBinary(root);
+  const std::size_t at = out.find(pattern);
+  const std::size_t hash = pattern.find('#');
+  pattern[hash] = '\0';
+  if (at != std::string::npos) out.replace(at, pattern.size(), pattern);
   return out;
 }
 
@@ -97,7 +112,6 @@ TEST(APropertyListTest, ReadsXMLAndBinary) {
   plist_from_xml(kXML, sizeof kXML - 1, &root);
   ASSERT_NE(root, nullptr);
   const std::string binary = ToBinary(root);
-  plist_free(root);
   AValue fromBinary;
   ASSERT_TRUE(APropertyList::Parse(binary, fromBinary, &problem)) << problem.UTF8();
   ExpectSampleContent(fromBinary);
@@ -106,16 +120,13 @@ TEST(APropertyListTest, ReadsXMLAndBinary) {
 
 TEST(APropertyListTest, RejectsBadStringsAndShapes) {
   // libplist silently drops a lone surrogate when it reads UTF-16 text, so
-  // the binary form is written by hand: a one-element array of the UTF-16
-  // string "a", U+D800, "b".
-  const std::string loneSurrogate = std::string("bplist00") + "\xA1\x01" + std::string("\x63\x00\x61\xD8\x00\x00\x62", 7) +
-                                    std::string("\x08\x0A", 2) + std::string(6, '\0') + "\x01\x01" +
-                                    std::string(7, '\0') + "\x02" + std::string(8, '\0') + std::string(7, '\0') +
-                                    "\x11";
-  const std::string pairedSurrogates = std::string("bplist00") + "\xA1\x01" +
-                                       std::string("\x62\xD8\x3D\xDE\x00", 5) + std::string("\x08\x0A", 2) +
-                                       std::string(6, '\0') + "\x01\x01" + std::string(7, '\0') + "\x02" +
-                                       std::string(8, '\0') + std::string(7, '\0') + "\x0F";
+  // these are written by hand: one-element arrays of a UTF-16 string.
+  const auto oneStringArray = [](const std::string& object) {
+    return "bplist00\xA1\x01" + object + "\x08\x0A" + std::string(6, '\0') + "\x01\x01" + std::string(7, '\0') +
+           "\x02" + std::string(15, '\0') + static_cast<char>(10 + object.size());
+  };
+  const std::string loneSurrogate = oneStringArray(std::string("\x63\x00\x61\xD8\x00\x00\x62", 7));  // a U+D800 b
+  const std::string pairedSurrogates = oneStringArray(std::string("\x62\xD8\x3D\xDE\x00", 5));
   AValue value;
   AQVString problem;
   ASSERT_TRUE(APropertyList::Parse(pairedSurrogates, value, &problem)) << problem.UTF8();
@@ -130,10 +141,11 @@ TEST(APropertyListTest, RejectsBadStringsAndShapes) {
   std::string hugeXML;
   for (int i = 0; i < 1000000; ++i) hugeXML += "<dict><key>k</key>";
 
+  const std::string kNul = "a string in the property list holds a NUL character";
   struct Case {
     const char* name;
     std::string data;
-    const char* problem;
+    std::string problem;
   };
   const Case cases[] = {
       {"lone surrogate", loneSurrogate, "a string in the property list holds a lone UTF-16 surrogate"},
@@ -151,11 +163,21 @@ TEST(APropertyListTest, RejectsBadStringsAndShapes) {
       {"broken XML", "<plist><dict><key>a</key><strin>x</string></dict></plist>", "the data is not a property list"},
       {"too large integer", "<plist><integer>9223372036854775808</integer></plist>",
        "an integer in the property list is out of the signed 64-bit range"},
+      {"NUL in a key", BinaryWithNul("Paper#Size", "Format", "Paper#Size"), kNul},
+      // libplist writes non-ASCII text as UTF-16, whose "#" is 00 23.
+      {"NUL in a UTF-16 key", BinaryWithNul("Qualit\xC3\xA9#", "x", std::string("\x00\xE9\x00#", 4)),
+       kNul},
+      {"NUL in a value", BinaryWithNul("Quality", "Qual#ity", "Qual#ity"), kNul},
   };
   for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
     AQVString reason;
-    EXPECT_FALSE(APropertyList::Parse(c.data, value, &reason)) << c.name;
-    EXPECT_EQ(reason, c.problem) << c.name;
+    EXPECT_FALSE(APropertyList::Parse(c.data, value, &reason));
+    EXPECT_EQ(reason, c.problem);
+    // Strings tables read binary lists through the same check.
+    if (c.problem == kNul) {
+      EXPECT_FALSE(AStringsTable::Parse(c.data));
+    }
   }
   EXPECT_TRUE(APropertyList::Parse("<plist>" + shallow + "</plist>", value, &problem)) << problem.UTF8();
   EXPECT_TRUE(APropertyList::Parse(NestedBinaryArrays(255), value, &problem)) << problem.UTF8();

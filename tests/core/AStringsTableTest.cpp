@@ -2,13 +2,17 @@
 
 #include <map>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "core/AStringsTable.h"
 
 namespace ppdforge {
 namespace {
 
-std::map<std::string, std::string> Entries(const ADictionary& table) {
+using Entries = std::vector<std::pair<AQVString, AQVString>>;
+
+std::map<std::string, std::string> Strings(const ADictionary& table) {
   std::map<std::string, std::string> entries;
   for (const auto& [key, value] : table) entries[key.UTF8()] = value.AsString() ? value.AsString()->UTF8() : "<not a string>";
   return entries;
@@ -52,7 +56,7 @@ TEST(AStringsTableTest, ReadsTheTextForm) {
   for (const Case& c : cases) {
     const std::optional<ADictionary> table = AStringsTable::Parse(c.data);
     ASSERT_TRUE(table) << c.name;
-    EXPECT_EQ(Entries(*table), c.expected) << c.name;
+    EXPECT_EQ(Strings(*table), c.expected) << c.name;
   }
 }
 
@@ -75,20 +79,40 @@ TEST(AStringsTableTest, MalformedGivesNothing) {
       {"stray token", "\"a\" = \"b\"; }"},
       {"unclosed brace", "{ \"a\" = \"b\";"},
       {"plist with array root", "<plist><array/></plist>"},
+      {"truncated after an entry", "\"a\" = \"1\";\n\"b\" = "},
   };
-  for (const Case& c : cases) EXPECT_FALSE(AStringsTable::Parse(c.data)) << c.name;
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    EXPECT_FALSE(AStringsTable::Parse(c.data));
+    Entries entries{{"stale", "entry"}};
+    EXPECT_FALSE(AStringsTable::ParseEntries(c.data, entries));
+    EXPECT_TRUE(entries.empty());
+  }
 }
 
 TEST(AStringsTableTest, PropertyListKeepsStringsOnly) {
-  const std::optional<ADictionary> table = AStringsTable::Parse(
+  const std::string plist =
       "<?xml version=\"1.0\"?>\n<plist version=\"1.0\"><dict><key>Tray</key><string>Bac</string>"
-      "<key>Count</key><integer>2</integer><key>List</key><array/></dict></plist>");
+      "<key>Count</key><integer>2</integer><key>List</key><array/><key>A</key><string>first</string></dict></plist>";
+  const std::optional<ADictionary> table = AStringsTable::Parse(plist);
   ASSERT_TRUE(table);
-  EXPECT_EQ(Entries(*table), (std::map<std::string, std::string>{{"Tray", "Bac"}}));
+  EXPECT_EQ(Strings(*table), (std::map<std::string, std::string>{{"A", "first"}, {"Tray", "Bac"}}));
+  // Entries of a property list come in key order.
+  Entries entries{{"stale", "entry"}};
+  ASSERT_TRUE(AStringsTable::ParseEntries(plist, entries));
+  EXPECT_EQ(entries, (Entries{{"A", "first"}, {"Tray", "Bac"}}));
 
   const std::optional<ADictionary> braced = AStringsTable::Parse("{ \"a\" = \"b\"; }");
   ASSERT_TRUE(braced);
   EXPECT_EQ(braced->GetString("a"), "b");
+}
+
+// Entries keep the file order and every duplicate; the table keeps the last.
+TEST(AStringsTableTest, EntriesKeepFileOrderAndDuplicates) {
+  Entries entries;
+  ASSERT_TRUE(AStringsTable::ParseEntries("\"b\" = \"1\";\n/* c */ \"a\" = \"x\\ty\";\n\"b\" = \"2\";\n\"k\";\n",
+                                          entries));
+  EXPECT_EQ(entries, (Entries{{"b", "1"}, {"a", "x\ty"}, {"b", "2"}, {"k", "k"}}));
 }
 
 }  // namespace

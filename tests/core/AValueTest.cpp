@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <string>
 
 #include "core/AArray.h"
 #include "core/ADictionary.h"
@@ -97,6 +98,28 @@ TEST(AValueTest, ContainersCopyOnWrite) {
   ADictionary nested;
   EXPECT_FALSE(before.GetDictionary("name", nested));
   EXPECT_EQ(before.Get("missing"), nullptr);
+}
+
+TEST(AValueTest, DictionariesKeepKeyOrderAndTheLastOfARepeatedKey) {
+  const auto keys = [](const ADictionary& dictionary) {
+    std::string joined;
+    for (const auto& [key, value] : dictionary) joined += key.UTF8() + "=" + value.AsString()->UTF8() + " ";
+    return joined;
+  };
+  ADictionary::Items items;
+  for (const char* pair : {"b1", "a1", "c1", "a2", "b2", "a3"}) {
+    items.emplace_back(AQVString(std::string(1, pair[0])), AValue(AQVString(pair)));
+  }
+  ADictionary dictionary = ADictionary::FromItems(std::move(items));
+  EXPECT_EQ(keys(dictionary), "a=a3 b=b2 c=c1 ");
+  dictionary.Set("ab", "x");
+  dictionary.Set("b", "y");
+  dictionary.Set("", "z");
+  dictionary.Remove("a");
+  EXPECT_EQ(keys(dictionary), "=z ab=x b=y c=c1 ");
+  EXPECT_EQ(dictionary.GetString("ab"), "x");
+  EXPECT_EQ(dictionary.Get("a"), nullptr);
+  EXPECT_TRUE(dictionary.Contains(""));
 }
 
 }  // namespace

@@ -1,14 +1,11 @@
-#include "generators/APPDGenericAttributesGenerator.h"
-
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <optional>
 #include <vector>
 
 #include "core/ASharedObject.h"
 #include "engine/IPPDGenerator.h"
-#include "engine/IPPDObjectGenerator.h"
+#include "generators/APPDGenericAttributesGenerator.h"
 #include "support/GeneratorTestSupport.h"
 
 namespace ppdforge {
@@ -16,23 +13,20 @@ namespace {
 
 using testing::Describe;
 using testing::Dict;
-using testing::FakeProductInfo;
 
 class AttributesGeneratorTest : public testing::GeneratorTestSupport {
  protected:
   void SetUp() override {
     MakeEngine();
-    ASSERT_NE(Engine(), nullptr);
     // Fails in the attributes phase (no descriptions) after making the document.
     ASSERT_FALSE(RunEngine());
     ASSERT_NE(Doc(), nullptr);
   }
 
   // A generator made through the registry, as the engine makes it.
-  static AScopedRef<APPDGenericAttributesGenerator> Make(IPPDGenerator* engine,
-                                                        const ADictionary& description) {
-    return testing::CreateGenerator<APPDGenericAttributesGenerator>(
-        "APPDGenericAttributesGenerator", engine, description);
+  static AScopedRef<APPDGenericAttributesGenerator> Make(IPPDGenerator* engine, const ADictionary& description) {
+    return testing::CreateGenerator<APPDGenericAttributesGenerator>("APPDGenericAttributesGenerator", engine,
+                                                                    description);
   }
 
   std::vector<IPPDAttribute*> Attributes(const char* name) const {
@@ -42,68 +36,46 @@ class AttributesGeneratorTest : public testing::GeneratorTestSupport {
   }
 };
 
-TEST_F(AttributesGeneratorTest, NameAndValueAloneGiveAQuotedAttribute) {
-  auto generator = Make(Engine(), Dict({{"name", "ModelName"}, {"value", "Probe 1"}}));
-  ASSERT_TRUE(generator);
-  EXPECT_TRUE(generator->IsApplicable());
-  AError error{"untouched", 99, "untouched"};
-  EXPECT_TRUE(generator->Generate(&error));
-  EXPECT_EQ(error.code, 99);
-  const auto attributes = Attributes("ModelName");
-  ASSERT_EQ(attributes.size(), 1u);
-  EXPECT_EQ(attributes[0]->GetSpec(), "");
-  EXPECT_EQ(attributes[0]->GetText(), "");
-  EXPECT_EQ(attributes[0]->GetValueType(), kPPDQuotedValue);
-  EXPECT_EQ(attributes[0]->GetStringRepresentation(nullptr), "*ModelName: \"Probe 1\"");
-}
-
 TEST_F(AttributesGeneratorTest, EveryKeyReachesTheAttribute) {
-  auto generator = Make(Engine(), Dict({{"name", "cupsICCProfile"},
-                                        {"spec", "RGB.Plain"},
-                                        {"translation", "Plain Paper"},
-                                        {"value", "/usr/share/p.icc"},
-                                        {"comment", "Profiles"}}));
-  ASSERT_TRUE(generator->Generate(nullptr));
-  const auto attributes = Attributes("cupsICCProfile");
-  ASSERT_EQ(attributes.size(), 1u);
-  EXPECT_EQ(attributes[0]->GetStringRepresentation(nullptr),
-            "*% Profiles\n*cupsICCProfile RGB.Plain/Plain Paper: \"/usr/share/p.icc\"");
+  for (const auto& [description, line] : std::vector<std::pair<ADictionary, const char*>>{
+           {Dict({{"name", "ModelName"}, {"value", "Probe 1"}}), "*ModelName: \"Probe 1\""},
+           {Dict({{"name", "cupsICCProfile"},
+                  {"spec", "RGB.Plain"},
+                  {"translation", "Plain Paper"},
+                  {"value", "/usr/share/p.icc"},
+                  {"comment", "Profiles"}}),
+            "*% Profiles\n*cupsICCProfile RGB.Plain/Plain Paper: \"/usr/share/p.icc\""}}) {
+    auto generator = Make(Engine(), description);
+    EXPECT_TRUE(generator->IsApplicable());
+    AError error{"untouched", 99, "untouched"};
+    EXPECT_TRUE(generator->Generate(&error));
+    EXPECT_EQ(error.code, 99);
+    const auto attributes = Attributes(description.GetString("name").CString());
+    ASSERT_EQ(attributes.size(), 1u);
+    EXPECT_EQ(attributes[0]->GetStringRepresentation(nullptr), line);
+  }
 }
 
-struct ValueTypeCase {
-  const char* label;
-  std::optional<AValue> valueType;
-  PPDValueType expected;
-};
-
-class ValueTypeTest : public AttributesGeneratorTest,
-                      public ::testing::WithParamInterface<ValueTypeCase> {};
-
-TEST_P(ValueTypeTest, ReadsNumbersAndDecimalText) {
-  ADictionary description = Dict({{"name", "Probe"}, {"value", "x"}});
-  if (GetParam().valueType) description.Set("value-type", *GetParam().valueType);
-  auto generator = Make(Engine(), description);
-  EXPECT_EQ(generator->GetAttributeValueType(), GetParam().expected);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Types, ValueTypeTest,
-    ::testing::Values(ValueTypeCase{"Absent", std::nullopt, kPPDQuotedValue},
-                      ValueTypeCase{"Number", AValue(3), kPPDStringValue},
-                      ValueTypeCase{"Text", AValue("3"), kPPDStringValue},
-                      ValueTypeCase{"TextWithBlank", AValue(" 2"), kPPDSymbolValue},
-                      ValueTypeCase{"NotANumber", AValue("quoted"), kPPDInvocationValue},
-                      ValueTypeCase{"OutOfRange", AValue(7), 7},
-                      ValueTypeCase{"Boolean", AValue(false), kPPDInvocationValue},
-                      ValueTypeCase{"Array", AValue(AArray{AValue(3)}), kPPDQuotedValue}),
-    [](const ::testing::TestParamInfo<ValueTypeCase>& param) { return param.param.label; });
-
-TEST_F(AttributesGeneratorTest, NonStringEntriesReadAsEmpty) {
+// "value-type": a number, or decimal text; without one the value is quoted.
+TEST_F(AttributesGeneratorTest, ValueTypeReadsNumbersAndDecimalText) {
+  for (const auto& [valueType, expected] :
+       std::vector<std::pair<AValue, PPDValueType>>{{AValue(), kPPDQuotedValue},
+                                                    {3, kPPDStringValue},
+                                                    {"3", kPPDStringValue},
+                                                    {" 2", kPPDSymbolValue},
+                                                    {"quoted", kPPDInvocationValue},
+                                                    {7, 7},
+                                                    {false, kPPDInvocationValue},
+                                                    {AArray{AValue(3)}, kPPDQuotedValue}}) {
+    ADictionary description = Dict({{"name", "Probe"}, {"value", "x"}});
+    if (!valueType.IsNull()) description.Set("value-type", valueType);
+    EXPECT_EQ(Make(Engine(), description)->GetAttributeValueType(), expected) << testing::ValueLabel(valueType);
+  }
+  // Entries of other types read as empty.
   auto generator = Make(Engine(), Dict({{"name", 5}, {"spec", AArray{}}, {"value", true}}));
-  EXPECT_EQ(generator->GetAttributeName(), "");
-  EXPECT_EQ(generator->GetAttributeSpec(), "");
-  EXPECT_EQ(generator->GetAttributeValue(), "");
-  EXPECT_EQ(generator->GetAttributeComment(), "");
+  EXPECT_EQ(generator->GetAttributeName() + generator->GetAttributeSpec() + generator->GetAttributeValue() +
+                generator->GetAttributeComment(),
+            "");
 }
 
 TEST_F(AttributesGeneratorTest, RefusalMessageKeepsBlankAndSlash) {
@@ -114,68 +86,20 @@ TEST_F(AttributesGeneratorTest, RefusalMessageKeepsBlankAndSlash) {
   EXPECT_FALSE(generator->Generate(&error));
   EXPECT_EQ(Describe(error), "RKPPDGeneration/1: Cannot add PPD attribute: *ModelName /: \"Probe\"");
   EXPECT_FALSE(generator->Generate(nullptr));
-
-  auto full = Make(bare.get(), Dict({{"name", "N"}, {"spec", "S"}, {"translation", "T"},
-                                     {"value", "V"}}));
-  EXPECT_FALSE(full->Generate(&error));
+  EXPECT_FALSE(
+      Make(bare.get(), Dict({{"name", "N"}, {"spec", "S"}, {"translation", "T"}, {"value", "V"}}))->Generate(&error));
   EXPECT_EQ(Describe(error), "RKPPDGeneration/1: Cannot add PPD attribute: *N S/T: \"V\"");
 }
 
-// A subclass that computes its value: the message shows the computed value.
-class ComputedValueGenerator : public APPDGenericAttributesGenerator {
- public:
-  AQVString GetAttributeValue() const override { return "computed"; }
-};
-
-TEST_F(AttributesGeneratorTest, SubclassGettersFeedGenerateAndTheMessage) {
-  AScopedRef<APPDGenericAttributesGenerator> generator(CreateSharedObject<ComputedValueGenerator>());
-  const ADictionary description = Dict({{"name", "ModelName"}, {"value", "given"}});
-  generator->Initialize(Engine(), &description);
-  ASSERT_TRUE(generator->Generate(nullptr));
-  EXPECT_EQ(Doc()->GetAttributeValueWithNameAndSpec("ModelName", nullptr), "computed");
-
-  AScopedRef<IPPDGenerator> bare(IPPDGenerator::Create(nullptr));
-  generator->Initialize(bare.get(), nullptr);
-  AError error;
-  EXPECT_FALSE(generator->Generate(&error));
-  EXPECT_EQ(Describe(error),
-            "RKPPDGeneration/1: Cannot add PPD attribute: *ModelName /: \"computed\"");
-}
-
-TEST_F(AttributesGeneratorTest, AddAttributeObjectStoresTheObjectItself) {
-  auto generator = Make(Engine(), ADictionary());
-  AScopedRef<IPPDAttribute> attribute(
-      IPPDAttribute::Create("Product", "", "", "(Probe)", kPPDQuotedValue, ""));
-  EXPECT_TRUE(generator->AddAttribute(attribute.get()));
-  const auto attributes = Attributes("Product");
-  ASSERT_EQ(attributes.size(), 1u);
-  EXPECT_EQ(attributes[0], attribute.get());
-  EXPECT_FALSE(generator->AddAttribute(nullptr));
-}
-
 TEST_F(AttributesGeneratorTest, EntriesNamingAnotherClassAreNotHandledHere) {
-  ADictionary root;
-  root.Set("attributesGenerationInfo",
-           AArray{Dict({{"name", "ModelName"}, {"value", "Probe"}}),
-                  Dict({{"generator", "APPDCustomPageSizeGenerator"},
-                        {"name", "MaxMediaWidth"},
-                        {"value", "%.0f"}})});
-  AScopedRef<IPPDGenerator> engine(IPPDGenerator::Create(std::make_shared<FakeProductInfo>(root)));
+  MakeEngine(Dict(
+      {{"attributesGenerationInfo",
+        AArray{Dict({{"name", "ModelName"}, {"value", "Probe"}}),
+               Dict({{"generator", "APPDCustomPageSizeGenerator"}, {"name", "MaxMediaWidth"}, {"value", "%.0f"}})}}}));
   // The page sizes phase fails for lack of media; the attributes phase has run.
-  EXPECT_FALSE(engine->CreatePPDObjects(nullptr));
-  EXPECT_EQ(engine->GetPPD()->GetAttributeValueWithNameAndSpec("ModelName", nullptr), "Probe");
-  std::vector<IPPDAttribute*> width;
-  engine->GetPPD()->GetAttributesWithNameAndSpec("MaxMediaWidth", nullptr, width);
-  EXPECT_TRUE(width.empty());
-}
-
-TEST(GeneratorRegistryTest, AttributeAndPageSizeClassesAreRegistered) {
-  const auto& factory = IPPDObjectGenerator::GetObjectFactory();
-  for (const char* name : {"APPDGenericAttributesGenerator", "APPDPageSizesGenerator",
-                           "APPDCustomPageSizeGenerator", "APPDPageSizeCategoryAttributeGenerator"}) {
-    EXPECT_TRUE(factory.contains(name)) << name;
-  }
-  EXPECT_FALSE(factory.contains("appdgenericattributesgenerator"));
+  EXPECT_FALSE(RunEngine());
+  EXPECT_EQ(Doc()->GetAttributeValueWithNameAndSpec("ModelName", nullptr), "Probe");
+  EXPECT_TRUE(Attributes("MaxMediaWidth").empty());
 }
 
 }  // namespace

@@ -15,8 +15,7 @@ namespace {
 using testing::Dict;
 using testing::Setting;
 
-ADictionary Media(const char* name, double width, double height, ADictionary excludes = {},
-                  bool custom = false) {
+ADictionary Media(const char* name, double width, double height, ADictionary excludes = {}, bool custom = false) {
   ADictionary media = testing::MediaSize(name, name, width, height, 12);
   if (!excludes.IsEmpty()) media.Set("excludes", excludes);
   if (custom) media.Set("isCustomMediaSize", true);
@@ -32,47 +31,42 @@ ADictionary Value(const char* name, ADictionary excludes = {}) {
 // Exclusions on every kind of first side; some name choices, values or
 // options that the document does not have.
 ADictionary Product() {
-  const AArray media{
-      Media("Letter", 612, 792),
-      Media("Legal", 612, 1008,
-            Dict({{"Duplex", AArray{"DuplexTumble"}},
-                  {"InputSlot", AArray{"Manual"}},
-                  {"OutputMode", AArray{"Best"}}})),
-      Media("A4", 595, 842, Dict({{"Duplex", AArray{"Bogus", "DuplexNoTumble"}}})),
-      Media("Custom", 0, 0, Dict({{"Duplex", AArray{"DuplexTumble"}}}), true),
-  };
-  const AArray paperTypes{
-      Value("Plain"),
-      Value("Glossy", Dict({{"Duplex", AArray{"DuplexNoTumble", "DuplexTumble"}},
-                            {"ColorModel", AArray{"Gray"}},
-                            {"PageSize", AArray{"Legal"}},
-                            {"InputSlot", AArray{"Manual"}},
-                            {"ColorSyncColorMode", AArray{"Grayscale"}},
-                            {"OutputMode", AArray{"Draft"}},
-                            {"QVBorderless", AArray{"True"}},
-                            {"Finisher", AArray{"Staple"}}})),
-      Value("Transparency",
-            Dict({{"Duplex", AArray{"DuplexTumble"}}, {"InputSlot", AArray{"Tray2"}}})),
-      Value("Cardboard", Dict({{"Duplex", AArray{"DuplexTumble"}}})),
-  };
-  ADictionary root = testing::ProductRoot(media, "Letter");
-  testing::SetNested(root, "options", "QVPaperType", Setting(paperTypes));
-  testing::SetNested(root, "options", "QVAltPaperType",
-                     Setting(AArray{Value("Plain", Dict({{"InputSlot", AArray{"Tray1"}}}))}));
-  testing::SetNested(
-      root, "options", "QVOutputMode",
-      Setting(
-          AArray{Value("Draft", Dict({{"SimpleImageEnhancement", AArray{"On"}}})), Value("Best")}));
-  root.Set("customPageSizeExcludes", Dict({{"Duplex", AArray{"DuplexTumble", "DuplexNoTumble"}},
-                                           {"InputSlot", AArray{"Manual"}}}));
+  ADictionary root =
+      testing::ProductRoot(AArray{Media("Letter", 612, 792),
+                                  Media("Legal", 612, 1008,
+                                        Dict({{"Duplex", AArray{"DuplexTumble"}},
+                                              {"InputSlot", AArray{"Manual"}},
+                                              {"OutputMode", AArray{"Best"}}})),
+                                  Media("A4", 595, 842, Dict({{"Duplex", AArray{"Bogus", "DuplexNoTumble"}}})),
+                                  Media("Custom", 0, 0, Dict({{"Duplex", AArray{"DuplexTumble"}}}), true)},
+                           "Letter");
+  root = testing::WithValue(
+      root, "options.QVPaperType",
+      Setting(AArray{Value("Plain"),
+                     Value("Glossy", Dict({{"Duplex", AArray{"DuplexNoTumble", "DuplexTumble"}},
+                                           {"ColorModel", AArray{"Gray"}},
+                                           {"PageSize", AArray{"Legal"}},
+                                           {"InputSlot", AArray{"Manual"}},
+                                           {"ColorSyncColorMode", AArray{"Grayscale"}},
+                                           {"OutputMode", AArray{"Draft"}},
+                                           {"QVBorderless", AArray{"True"}},
+                                           {"Finisher", AArray{"Staple"}}})),
+                     Value("Transparency", Dict({{"Duplex", AArray{"DuplexTumble"}}, {"InputSlot", AArray{"Tray2"}}})),
+                     Value("Cardboard", Dict({{"Duplex", AArray{"DuplexTumble"}}}))}));
+  root = testing::WithValue(root, "options.QVAltPaperType",
+                            Setting(AArray{Value("Plain", Dict({{"InputSlot", AArray{"Tray1"}}}))}));
+  root = testing::WithValue(
+      root, "options.QVOutputMode",
+      Setting(AArray{Value("Draft", Dict({{"SimpleImageEnhancement", AArray{"On"}}})), Value("Best")}));
+  root.Set("customPageSizeExcludes",
+           Dict({{"Duplex", AArray{"DuplexTumble", "DuplexNoTumble"}}, {"InputSlot", AArray{"Manual"}}}));
   return root;
 }
 
 // Both lines of a pairwise constraint.
-std::string Both(const std::string& first, const std::string& second,
-                 const char* keyword = "UIConstraints") {
-  return "*" + std::string(keyword) + ": " + first + " " + second + "\n*" + keyword + ": " +
-         second + " " + first + "\n";
+std::string Both(const std::string& first, const std::string& second, const char* keyword = "UIConstraints") {
+  return "*" + std::string(keyword) + ": " + first + " " + second + "\n*" + keyword + ": " + second + " " + first +
+         "\n";
 }
 
 class PairedConstraintGeneratorsTest : public testing::GeneratorTestSupport {
@@ -88,72 +82,53 @@ class PairedConstraintGeneratorsTest : public testing::GeneratorTestSupport {
     AddOption("SimpleImageEnhancement", {"None", "On"});
   }
 
-  void AddOption(const char* id, const std::vector<const char*>& choices) {
-    AddPickOneOption("Quality", id, choices);
-  }
+  void AddOption(const char* id, const std::vector<const char*>& choices) { AddPickOneOption("Quality", id, choices); }
 
   void AddCustomPageSize() {
-    ASSERT_NE(Doc()->AddAttribute("CustomPageSize", "pop pop pop pop pop", "True", "",
-                                  kPPDInvocationValue, ""),
+    ASSERT_NE(Doc()->AddAttribute("CustomPageSize", "pop pop pop pop pop", "True", "", kPPDInvocationValue, ""),
               nullptr);
   }
 };
 
-struct RowCase {
-  const char* generator;
-  std::string constraints;
-};
-
+// The custom page size side needs the CustomPageSize attribute.
 TEST_F(PairedConstraintGeneratorsTest, EachRowPairsItsFirstSideWithItsSecondOption) {
   const std::string legal = "*PageSize Legal";
   const std::string glossy = "*MediaType Glossy";
   const std::string custom = "*CustomPageSize True";
-  const std::vector<RowCase> rows = {
+  const std::vector<std::pair<const char*, std::string>> rows = {
       {"APPDDuplexOnPaperSizeConstraintsGenerator",
        Both(legal, "*Duplex DuplexTumble") + Both("*PageSize A4", "*Duplex DuplexNoTumble")},
       {"APPDDuplexOnCustomPaperSizeConstraintsGenerator",
        Both(custom, "*Duplex DuplexTumble") + Both(custom, "*Duplex DuplexNoTumble")},
-      {"APPDDuplexOnPaperTypeConstraintsGenerator",
-       Both(glossy, "*Duplex DuplexNoTumble") + Both(glossy, "*Duplex DuplexTumble") +
-           Both("*MediaType Transparency", "*Duplex DuplexTumble")},
+      {"APPDDuplexOnPaperTypeConstraintsGenerator", Both(glossy, "*Duplex DuplexNoTumble") +
+                                                        Both(glossy, "*Duplex DuplexTumble") +
+                                                        Both("*MediaType Transparency", "*Duplex DuplexTumble")},
       {"APPDGrayscaleModeOnPaperTypeConstraintsGenerator", Both(glossy, "*ColorModel Gray")},
       {"APPDPaperSizeOnPaperTypeConstraintsGenerator", Both(glossy, "*PageSize Legal")},
       {"APPDPaperSrcOnCustomSizeConstraintsGenerator", Both(custom, "*InputSlot Manual")},
       {"APPDPaperSrcOnPaperSizeConstraintsGenerator", Both(legal, "*InputSlot Manual")},
       {"APPDPaperSrcOnPaperTypeConstraintsGenerator", Both(glossy, "*InputSlot Manual")},
-      {"APPDPaperTypeOnColorSyncColorModeConstraintsGenerator",
-       Both(glossy, "*ColorSyncColorMode Grayscale")},
+      {"APPDPaperTypeOnColorSyncColorModeConstraintsGenerator", Both(glossy, "*ColorSyncColorMode Grayscale")},
       {"APPDQualityOnPaperSizeConstraintsGenerator", Both(legal, "*OutputMode Best")},
       {"APPDQualityOnPaperTypeConstraintsGenerator", Both(glossy, "*OutputMode Draft")},
-      {"APPDOutputModeOnImageEnhancementConstraintsGenerator",
-       Both("*OutputMode Draft", "*SimpleImageEnhancement On")},
+      {"APPDOutputModeOnImageEnhancementConstraintsGenerator", Both("*OutputMode Draft", "*SimpleImageEnhancement On")},
   };
-  for (const RowCase& row : rows) {
-    SCOPED_TRACE(row.generator);
+  for (const auto& [generator, constraints] : rows) {
+    SCOPED_TRACE(generator);
     SetUp();
+    EXPECT_FALSE(IsApplicable(generator) && std::string(generator).find("Custom") != std::string::npos);
     AddCustomPageSize();
-    EXPECT_TRUE(IsApplicable(row.generator));
+    EXPECT_TRUE(IsApplicable(generator));
     AError error;
-    EXPECT_TRUE(GenerateAnyway(row.generator, {}, &error)) << error.message.UTF8();
-    EXPECT_EQ(ConstraintsText(), row.constraints);
+    EXPECT_TRUE(GenerateAnyway(generator, {}, &error)) << error.message.UTF8();
+    EXPECT_EQ(ConstraintsText(), constraints);
   }
 }
 
-TEST_F(PairedConstraintGeneratorsTest, CustomPageSizeSideNeedsTheCustomPageSizeAttribute) {
-  EXPECT_FALSE(IsApplicable("APPDDuplexOnCustomPaperSizeConstraintsGenerator"));
-  EXPECT_FALSE(IsApplicable("APPDPaperSrcOnCustomSizeConstraintsGenerator"));
-  AddCustomPageSize();
-  EXPECT_TRUE(IsApplicable("APPDDuplexOnCustomPaperSizeConstraintsGenerator"));
-  EXPECT_TRUE(IsApplicable("APPDPaperSrcOnCustomSizeConstraintsGenerator"));
-}
-
 TEST_F(PairedConstraintGeneratorsTest, NotApplicableWithoutEitherOption) {
-  EXPECT_FALSE(
-      IsApplicable("APPDDuplexOnPaperTypeConstraintsGenerator", Dict({{"option-2", "Finisher"}})));
-  EXPECT_FALSE(
-      IsApplicable("APPDDuplexOnPaperTypeConstraintsGenerator", Dict({{"option-1", "PaperType"}})));
-  EXPECT_FALSE(
-      IsApplicable("APPDOwnSelfConstraintsGenerator", Dict({{"setting-name", "QVPaperType"}})));
+  EXPECT_FALSE(IsApplicable("APPDDuplexOnPaperTypeConstraintsGenerator", Dict({{"option-2", "Finisher"}})));
+  EXPECT_FALSE(IsApplicable("APPDDuplexOnPaperTypeConstraintsGenerator", Dict({{"option-1", "PaperType"}})));
+  EXPECT_FALSE(IsApplicable("APPDOwnSelfConstraintsGenerator", Dict({{"setting-name", "QVPaperType"}})));
   EXPECT_TRUE(IsApplicable("APPDOwnSelfConstraintsGenerator",
                            Dict({{"setting-name", "QVPaperType"}, {"option-1", "MediaType"}})));
 }
@@ -163,26 +138,23 @@ TEST_F(PairedConstraintGeneratorsTest, OwnSelfTakesEveryExcludedOptionTheDocumen
   EXPECT_TRUE(GenerateAnyway("APPDOwnSelfConstraintsGenerator", entry));
   const std::string glossy = "*MediaType Glossy";
   // Keys in order; "Finisher" and "QVBorderless" are not options, Tray2 no choice.
-  EXPECT_EQ(ConstraintsText(),
-            Both(glossy, "*ColorModel Gray") + Both(glossy, "*ColorSyncColorMode Grayscale") +
-                Both(glossy, "*Duplex DuplexNoTumble") + Both(glossy, "*Duplex DuplexTumble") +
-                Both(glossy, "*InputSlot Manual") + Both(glossy, "*OutputMode Draft") +
-                Both(glossy, "*PageSize Legal") +
-                Both("*MediaType Transparency", "*Duplex DuplexTumble"));
+  EXPECT_EQ(ConstraintsText(), Both(glossy, "*ColorModel Gray") + Both(glossy, "*ColorSyncColorMode Grayscale") +
+                                   Both(glossy, "*Duplex DuplexNoTumble") + Both(glossy, "*Duplex DuplexTumble") +
+                                   Both(glossy, "*InputSlot Manual") + Both(glossy, "*OutputMode Draft") +
+                                   Both(glossy, "*PageSize Legal") +
+                                   Both("*MediaType Transparency", "*Duplex DuplexTumble"));
 }
 
 TEST_F(PairedConstraintGeneratorsTest, EntryOverridesSettingAndOptionsAndCommentsTheFirst) {
-  EXPECT_TRUE(GenerateAnyway("APPDDuplexOnPaperTypeConstraintsGenerator",
-                             Dict({{"setting-name", "QVAltPaperType"},
-                                   {"option-2", "InputSlot"},
-                                   {"comment", "Plain paper feeds"}})));
+  EXPECT_TRUE(GenerateAnyway(
+      "APPDDuplexOnPaperTypeConstraintsGenerator",
+      Dict({{"setting-name", "QVAltPaperType"}, {"option-2", "InputSlot"}, {"comment", "Plain paper feeds"}})));
   EXPECT_TRUE(GenerateAnyway("APPDQualityOnPaperTypeConstraintsGenerator",
                              Dict({{"option-2", "Duplex"}, {"comment", "Glossy paper"}})));
-  EXPECT_EQ(ConstraintsText(),
-            "*% Plain paper feeds\n" + Both("*MediaType Plain", "*InputSlot Tray1") +
-                "*% Glossy paper\n" + Both("*MediaType Glossy", "*Duplex DuplexNoTumble") +
-                Both("*MediaType Glossy", "*Duplex DuplexTumble") +
-                Both("*MediaType Transparency", "*Duplex DuplexTumble"));
+  EXPECT_EQ(ConstraintsText(), "*% Plain paper feeds\n" + Both("*MediaType Plain", "*InputSlot Tray1") +
+                                   "*% Glossy paper\n" + Both("*MediaType Glossy", "*Duplex DuplexNoTumble") +
+                                   Both("*MediaType Glossy", "*Duplex DuplexTumble") +
+                                   Both("*MediaType Transparency", "*Duplex DuplexTumble"));
 }
 
 TEST_F(PairedConstraintGeneratorsTest, NonUISecondSideIsAnAttributeWhoseChoicesAreNotChecked) {
@@ -206,66 +178,41 @@ class RefusingGenerator : public APPDDuplexOnPaperTypeConstraintsGenerator {
 
 TEST_F(PairedConstraintGeneratorsTest, ARefusedPairFailsNamingBothSides) {
   AScopedRef<RefusingGenerator> generator(CreateSharedObject<RefusingGenerator>());
-  ASSERT_TRUE(generator);
   const ADictionary entry;
   generator->Initialize(Engine(), &entry);
   AError error;
   EXPECT_FALSE(generator->Generate(&error));
-  EXPECT_EQ(error, (AError{"RKPPDGeneration", 1,
-                           "Cannot add PPD constraint: *MediaType Glossy *Duplex DuplexNoTumble"}));
+  EXPECT_EQ(error,
+            (AError{"RKPPDGeneration", 1, "Cannot add PPD constraint: *MediaType Glossy *Duplex DuplexNoTumble"}));
   EXPECT_EQ(ConstraintsText(), "");
 }
 
-struct BadExcludesCase {
-  const char* generator;
-  const char* setting;  // null: the custom page size
-  AValue excludes;
-  const char* message;
-};
-
 TEST_F(PairedConstraintGeneratorsTest, MalformedExcludesFailBeforeAnythingIsAdded) {
-  const std::vector<BadExcludesCase> cases = {
-      {"APPDDuplexOnPaperTypeConstraintsGenerator", "QVPaperType", "Duplex",
-       "Invalid product description: options.QVPaperType.values[2].excludes must be a dictionary "
-       "from option keyword to an array of choice keywords"},
-      {"APPDDuplexOnPaperTypeConstraintsGenerator", "QVPaperType",
-       Dict({{"Duplex", "DuplexTumble"}}),
-       "Invalid product description: options.QVPaperType.values[2].excludes.Duplex must be an "
-       "array of choice keywords"},
-      {"APPDDuplexOnPaperTypeConstraintsGenerator", "QVPaperType", Dict({{"Duplex", AArray{1}}}),
-       "Invalid product description: options.QVPaperType.values[2].excludes.Duplex[0] must be a "
-       "choice keyword"},
-      {"APPDDuplexOnPaperSizeConstraintsGenerator", "QVPaperInfo", AArray{"Duplex"},
-       "Invalid product description: options.QVPaperInfo.values[2].excludes must be a dictionary "
-       "from option keyword to an array of choice keywords"},
-      {"APPDDuplexOnCustomPaperSizeConstraintsGenerator", nullptr, Dict({{"Duplex", "None"}}),
-       "Invalid product description: customPageSizeExcludes.Duplex must be an array of choice "
-       "keywords"},
+  const std::string kInvalid = "Invalid product description: ";
+  const std::string kNotDictionary = " must be a dictionary from option keyword to an array of choice keywords";
+  struct Case {
+    const char* generator;
+    const char* path;
+    AValue excludes;
+    std::string message;
   };
-  for (const BadExcludesCase& c : cases) {
+  for (const Case& c : std::vector<Case>{
+           {"APPDDuplexOnPaperTypeConstraintsGenerator", "options.QVPaperType.values[2].excludes", "Duplex",
+            kInvalid + "options.QVPaperType.values[2].excludes" + kNotDictionary},
+           {"APPDDuplexOnPaperTypeConstraintsGenerator", "options.QVPaperType.values[2].excludes",
+            Dict({{"Duplex", "DuplexTumble"}}),
+            kInvalid + "options.QVPaperType.values[2].excludes.Duplex must be an array of choice keywords"},
+           {"APPDDuplexOnPaperTypeConstraintsGenerator", "options.QVPaperType.values[2].excludes",
+            Dict({{"Duplex", AArray{1}}}),
+            kInvalid + "options.QVPaperType.values[2].excludes.Duplex[0] must be a choice keyword"},
+           {"APPDDuplexOnPaperSizeConstraintsGenerator", "options.QVPaperInfo.values[2].excludes", AArray{"Duplex"},
+            kInvalid + "options.QVPaperInfo.values[2].excludes" + kNotDictionary},
+           {"APPDDuplexOnCustomPaperSizeConstraintsGenerator", "customPageSizeExcludes", Dict({{"Duplex", "None"}}),
+            kInvalid + "customPageSizeExcludes.Duplex must be an array of choice keywords"}}) {
     SCOPED_TRACE(c.message);
     SetUp();
     AddCustomPageSize();
-    ADictionary& root = Root();
-    if (c.setting == nullptr) {
-      ADictionary excludes;
-      ASSERT_TRUE(c.excludes.GetDictionary(excludes));
-      root.Set("customPageSizeExcludes", excludes);
-    } else {
-      ADictionary options;
-      ADictionary setting;
-      AArray values;
-      ASSERT_TRUE(root.GetDictionary("options", options));
-      ASSERT_TRUE(options.GetDictionary(c.setting, setting));
-      ASSERT_TRUE(setting.GetArray("values", values));
-      ADictionary third;
-      ASSERT_TRUE(values[2].GetDictionary(third));
-      third.Set("excludes", c.excludes);
-      values.Set(2, third);
-      setting.Set("values", values);
-      options.Set(c.setting, setting);
-      root.Set("options", options);
-    }
+    Root() = testing::WithValue(Root(), c.path, c.excludes);
     AError error;
     EXPECT_FALSE(GenerateAnyway(c.generator, {}, &error));
     EXPECT_EQ(error, (AError{"RKPPDGeneration", 1, c.message}));

@@ -2,17 +2,18 @@
 
 #include <vector>
 
-#include "core/ASharedObject.h"
-#include "model/IPPD.h"
 #include "model/IPPDChoice.h"
 #include "model/IPPDConstraint.h"
 #include "model/IPPDGroup.h"
-#include "model/IPPDLocalizer.h"
 #include "model/IPPDOption.h"
 #include "model/IPPDPaperSize.h"
+#include "model/ModelTestSupport.h"
 
 namespace ppdforge {
 namespace {
+
+using testing::Code4;
+using testing::Hold;
 
 void AddString(IPPD* ppd, const AQVString& name, const AQVString& value) {
   ASSERT_NE(ppd->AddAttribute(name, value, "", "", kPPDStringValue, ""), nullptr);
@@ -43,94 +44,15 @@ IPPDPaperSize* AddSize(IPPD* ppd, const AQVString& id, double width, double heig
   return ppd->AddPaperSize(size.get(), false);
 }
 
-IPPDConstraint* Pair(const AQVString& o0, const AQVString& c0, const AQVString& o1,
-                     const AQVString& c1) {
-  return IPPDConstraint::Create({o0, o1}, {c0, c1}, "", false, false, "");
-}
-
-const char* const kPageSizeOption =
-    "*OpenUI *PageSize: PickOne\n"
-    "*OrderDependency: 10.0 AnySetup *PageSize\n"
-    "*DefaultPageSize: A4\n"
-    "*PageSize A4: \"\"\n"
-    "*PageSize Letter: \"\"\n"
-    "*CloseUI: *PageSize\n";
-
-TEST(DocumentTest, EmptyDocumentIsTwoLineFeeds) {
-  AScopedRef<IPPD> ppd(IPPD::Create());
-  AError error;
-  EXPECT_EQ(ppd->GetStringRepresentation(&error), "\n\n");
-  EXPECT_EQ(error.code, 0);
-}
-
-TEST(DocumentTest, RemovedNameKeepsItsFirstPlace) {
-  AScopedRef<IPPD> ppd(IPPD::Create());
-  AddString(ppd.get(), "A", "1");
-  AddString(ppd.get(), "B", "2");
-  ppd->RemoveAttributesWithNameAndSpec("A", nullptr);
-  EXPECT_EQ(ppd->GetStringRepresentation(nullptr), "*B: 2\n\n\n");
-  AddString(ppd.get(), "A", "3");
-  AddString(ppd.get(), "B", "4");
-  EXPECT_EQ(ppd->GetStringRepresentation(nullptr), "*A: 3\n*B: 2\n*B: 4\n\n\n");
-}
-
-TEST(DocumentTest, AttributeLookupAndRemovalBySpec) {
-  AScopedRef<IPPD> ppd(IPPD::Create());
-  IPPDAttribute* first = ppd->AddAttribute("cupsFilter", "one", "x", "", kPPDQuotedValue, "");
-  ppd->AddAttribute("cupsFilter", "two", "y", "", kPPDQuotedValue, "");
-  ppd->AddAttribute("cupsFilter", "three", "x", "", kPPDQuotedValue, "");
-  EXPECT_EQ(first->GetPPD(), ppd.get());
-
-  std::vector<IPPDAttribute*> found{first};
-  const AQVString x("x");
-  ppd->GetAttributesWithNameAndSpec("cupsFilter", &x, found);
-  ASSERT_EQ(found.size(), 2U);
-  EXPECT_EQ(found[1]->GetValue(), "three");
-  ppd->GetAttributesWithNameAndSpec("cupsFilter", nullptr, found);
-  EXPECT_EQ(found.size(), 3U);
-  ppd->GetAttributesWithNameAndSpec("Missing", nullptr, found);
-  EXPECT_TRUE(found.empty());
-
-  const AQVString y("y");
-  EXPECT_EQ(ppd->GetAttributeValueWithNameAndSpec("cupsFilter", &y), "two");
-  EXPECT_EQ(ppd->GetAttributeValueWithNameAndSpec("cupsFilter", nullptr), "one");
-  EXPECT_EQ(ppd->GetAttributeValueWithNameAndSpec("Missing", nullptr), "");
-
-  first->Retain();
-  AScopedRef<IPPDAttribute> keep(first);
-  ppd->RemoveAttributesWithNameAndSpec("cupsFilter", &x);
-  EXPECT_EQ(first->GetPPD(), nullptr);
-  ppd->GetAttributesWithNameAndSpec("cupsFilter", nullptr, found);
-  ASSERT_EQ(found.size(), 1U);
-  EXPECT_EQ(found[0]->GetValue(), "two");
-}
-
-TEST(DocumentTest, AddAttributeCopyAndNull) {
-  AScopedRef<IPPD> ppd(IPPD::Create());
-  AScopedRef<IPPDAttribute> attribute(IPPDAttribute::Create("A", "", "", "v", kPPDStringValue, ""));
-  EXPECT_EQ(ppd->AddAttribute(nullptr, true), nullptr);
-  IPPDAttribute* copy = ppd->AddAttribute(attribute.get(), true);
-  EXPECT_NE(copy, attribute.get());
-  EXPECT_EQ(attribute->GetPPD(), nullptr);
-  EXPECT_EQ(ppd->AddAttribute(attribute.get(), false), attribute.get());
-  EXPECT_EQ(attribute->GetPPD(), ppd.get());
-}
-
-TEST(DocumentTest, LanguagesComeFromTheAttributes) {
-  AScopedRef<IPPD> ppd(IPPD::Create());
-  std::vector<AQVString> languages{"stale"};
-  ppd->GetAdditionalLanguages(languages);
-  EXPECT_TRUE(languages.empty());
-  EXPECT_EQ(ppd->GetMainLanguage(), "");
-  AddString(ppd.get(), "LanguageVersion", "English");
-  ppd->AddAttribute("cupsLanguages", " de  fr ja", "", "", kPPDQuotedValue, "");
-  EXPECT_EQ(ppd->GetMainLanguage(), "English");
-  ppd->GetAdditionalLanguages(languages);
-  EXPECT_EQ(languages, (std::vector<AQVString>{"de", "fr", "ja"}));
+IPPDConstraint* AddPair(IPPD* ppd, const AQVString& o0, const AQVString& c0, const AQVString& o1,
+                        const AQVString& c1) {
+  AScopedRef<IPPDConstraint> constraint(IPPDConstraint::Create({o0, o1}, {c0, c1}, "", false, false, ""));
+  return ppd->AddConstraint(constraint.get(), false);
 }
 
 TEST(DocumentTest, WritesEverythingInFileOrder) {
   AScopedRef<IPPD> ppd(IPPD::Create());
+  EXPECT_EQ(ppd->GetStringRepresentation(nullptr), "\n\n");
   ppd->AddAttribute("cupsIPPReason", "text:Jam", "com.example-jam-error", "", kPPDQuotedValue, "");
   ppd->AddAttribute("PPD-Adobe", "4.3", "", "", kPPDQuotedValue, "");
   AScopedRef<IPPDOption> pageSize(MakePageSize({"A4", "Letter"}));
@@ -138,32 +60,34 @@ TEST(DocumentTest, WritesEverythingInFileOrder) {
   AScopedRef<IPPDOption> flag(IPPDOption::Create("Flag", "", "", PPD_UI_BOOLEAN, {on.get()}, ""));
   AddGroup(ppd.get(), "Extra", flag.get());
   AddGroup(ppd.get(), "General", pageSize.get());
-  AScopedRef<IPPDGroup> empty(IPPDGroup::Create("Empty", "", {}, {}, ""));
-  ppd->AddGroup(empty.get(), false);
+  AddGroup(ppd.get(), "Empty", nullptr);
   AddSize(ppd.get(), "A4", 595, 842);
   AddSize(ppd.get(), "Letter", 612, 792);
-  AScopedRef<IPPDConstraint> constraint(Pair("Flag", "On", "PageSize", "Letter"));
-  ppd->AddConstraint(constraint.get(), false);
-
+  AddPair(ppd.get(), "Flag", "On", "PageSize", "Letter");
   AError error;
   EXPECT_EQ(ppd->GetStringRepresentation(&error),
-            AQVString("*PPD-Adobe: \"4.3\"\n"
-                      "\n"
-                      "*OpenGroup: Extra\n"
-                      "\n"
-                      "*OpenUI *Flag: Boolean\n"
-                      "*OrderDependency: 10.0 AnySetup *Flag\n"
-                      "*DefaultFlag: On\n"
-                      "*Flag On: \"\"\n"
-                      "*CloseUI: *Flag\n"
-                      "\n"
-                      "*CloseGroup: Extra\n"
-                      "\n") +
-                kPageSizeOption +
-                "\n"
-                "\n"
-                "*DefaultImageableArea: A4\n"
-                "*ImageableArea A4/A4: \"10.00 10.00 585.00 832.00\"\n"
+            std::string("*PPD-Adobe: \"4.3\"\n"
+                        "\n"
+                        "*OpenGroup: Extra\n"
+                        "\n"
+                        "*OpenUI *Flag: Boolean\n"
+                        "*OrderDependency: 10.0 AnySetup *Flag\n"
+                        "*DefaultFlag: On\n"
+                        "*Flag On: \"\"\n"
+                        "*CloseUI: *Flag\n"
+                        "\n"
+                        "*CloseGroup: Extra\n"
+                        "\n"
+                        "*OpenUI *PageSize: PickOne\n"
+                        "*OrderDependency: 10.0 AnySetup *PageSize\n"
+                        "*DefaultPageSize: A4\n"
+                        "*PageSize A4: \"\"\n"
+                        "*PageSize Letter: \"\"\n"
+                        "*CloseUI: *PageSize\n"
+                        "\n"
+                        "\n"
+                        "*DefaultImageableArea: A4\n"
+                        "*ImageableArea A4/A4: \"10.00 10.00 585.00 832.00\"\n") +
                 "*ImageableArea Letter/Letter: \"10.00 10.00 602.00 782.00\"\n"
                 "\n"
                 "*DefaultPaperDimension: A4\n"
@@ -174,11 +98,11 @@ TEST(DocumentTest, WritesEverythingInFileOrder) {
                 "*UIConstraints: *PageSize Letter *Flag On\n"
                 "*cupsIPPReason com.example-jam-error: \"text:Jam\"\n"
                 "\n");
-  EXPECT_EQ(error.code, 0);
+  EXPECT_EQ(error, AError());
   EXPECT_EQ(ppd->GetPaperSizeWithID("A4")->GetSizeType(), "PaperDimension");
 }
 
-TEST(DocumentTest, PaperBlocksNeedPageSizeAndGeneral) {
+TEST(DocumentTest, PaperBlocksNeedAPageSizeOptionInGeneral) {
   const struct {
     const char* groupID;
     bool withPageSize;
@@ -186,8 +110,7 @@ TEST(DocumentTest, PaperBlocksNeedPageSizeAndGeneral) {
   } cases[] = {{"General", true, true}, {"General", false, false}, {"Paper", true, false}};
   for (const auto& c : cases) {
     AScopedRef<IPPD> ppd(IPPD::Create());
-    AScopedRef<IPPDOption> option(c.withPageSize ? MakePageSize({"A4", "Letter"})
-                                                 : MakePageSize({"A4"}));
+    AScopedRef<IPPDOption> option(MakePageSize({"A4", "Letter"}));
     if (!c.withPageSize) option->SetID("MediaType");
     AddGroup(ppd.get(), c.groupID, option.get());
     AddSize(ppd.get(), "A4", 595, 842);
@@ -195,130 +118,135 @@ TEST(DocumentTest, PaperBlocksNeedPageSizeAndGeneral) {
     EXPECT_EQ(text.Contains("ImageableArea"), c.blocks) << c.groupID;
     EXPECT_EQ(text.Contains("PaperDimension"), c.blocks) << c.groupID;
   }
-}
-
-TEST(DocumentTest, PageSizeWithoutDefaultWritesNoDefaultLines) {
+  // A PageSize without choices has no default, so no default lines.
   AScopedRef<IPPD> ppd(IPPD::Create());
   AScopedRef<IPPDOption> option(MakePageSize({}));
   AddGroup(ppd.get(), "General", option.get());
   AddSize(ppd.get(), "A4", 595, 842);
   EXPECT_EQ(ppd->GetStringRepresentation(nullptr),
-            "\n"
-            "*ImageableArea A4/A4: \"10.00 10.00 585.00 832.00\"\n"
-            "\n"
-            "*PaperDimension A4/A4: \"595.00 842.00\"\n"
-            "\n"
-            "\n");
+            "\n*ImageableArea A4/A4: \"10.00 10.00 585.00 832.00\"\n\n*PaperDimension A4/A4: \"595.00 842.00\"\n\n\n");
 }
 
-TEST(DocumentTest, GroupWithSameIDReplacesAndMovesToEnd) {
-  AScopedRef<IPPD> ppd(IPPD::Create());
-  IPPDGroup* first = AddGroup(ppd.get(), "A", nullptr);
-  first->Retain();
-  AScopedRef<IPPDGroup> keep(first);
-  AddGroup(ppd.get(), "B", nullptr);
-  IPPDGroup* second = AddGroup(ppd.get(), "A", nullptr);
-  second->Retain();
-  AScopedRef<IPPDGroup> keepSecond(second);
-  ASSERT_EQ(ppd->GetGroups().size(), 2U);
-  EXPECT_EQ(ppd->GetGroups()[0]->GetID(), "B");
-  EXPECT_EQ(ppd->GetGroups()[1], second);
-  EXPECT_EQ(first->GetPPD(), nullptr);
-  EXPECT_EQ(ppd->GetGroupWithID("A"), second);
+TEST(DocumentTest, LanguagesComeFromTheAttributes) {
+  AScopedRef<IPPD> ppd(testing::MakeDocument(" de  fr ja", nullptr));
+  std::vector<AQVString> languages{"stale"};
+  ppd->GetAdditionalLanguages(languages);
+  EXPECT_EQ(languages, (std::vector<AQVString>{"de", "fr", "ja"}));
+  EXPECT_EQ(ppd->GetMainLanguage(), "English");
+}
 
+TEST(DocumentTest, AttributesAreFoundBySpecAndARemovedNameKeepsItsFirstPlace) {
+  AScopedRef<IPPD> ppd(IPPD::Create());
+  AddString(ppd.get(), "A", "1");
+  IPPDAttribute* first = ppd->AddAttribute("cupsFilter", "one", "x", "", kPPDQuotedValue, "");
+  ppd->AddAttribute("cupsFilter", "two", "y", "", kPPDQuotedValue, "");
+  ppd->AddAttribute("cupsFilter", "three", "x", "", kPPDQuotedValue, "");
+  EXPECT_EQ(first->GetPPD(), ppd.get());
+  std::vector<IPPDAttribute*> found{first};
+  const AQVString x("x");
+  const AQVString y("y");
+  ppd->GetAttributesWithNameAndSpec("cupsFilter", &x, found);
+  ASSERT_EQ(found.size(), 2U);
+  EXPECT_EQ(found[1]->GetValue(), "three");
+  ppd->GetAttributesWithNameAndSpec("Missing", nullptr, found);
+  EXPECT_TRUE(found.empty());
+  EXPECT_EQ(ppd->GetAttributeValueWithNameAndSpec("cupsFilter", &y), "two");
+  EXPECT_EQ(ppd->GetAttributeValueWithNameAndSpec("cupsFilter", nullptr), "one");
+  EXPECT_EQ(ppd->GetAttributeValueWithNameAndSpec("Missing", nullptr), "");
+
+  AScopedRef<IPPDAttribute> kept = Hold(first);
+  ppd->RemoveAttributesWithNameAndSpec("cupsFilter", &x);
+  EXPECT_EQ(first->GetPPD(), nullptr);
+  ppd->GetAttributesWithNameAndSpec("cupsFilter", nullptr, found);
+  ASSERT_EQ(found.size(), 1U);
+  EXPECT_EQ(found[0]->GetValue(), "two");
+
+  ppd->RemoveAttributesWithNameAndSpec("A", nullptr);
+  AddString(ppd.get(), "B", "2");
+  EXPECT_EQ(ppd->GetStringRepresentation(nullptr), "*cupsFilter y: \"two\"\n*B: 2\n\n\n");
+  AddString(ppd.get(), "A", "3");
+  ppd->AddAttribute("cupsFilter", "four", "", "", kPPDQuotedValue, "");
+  EXPECT_EQ(ppd->GetStringRepresentation(nullptr), "*A: 3\n*cupsFilter y: \"two\"\n*cupsFilter: \"four\"\n*B: 2\n\n\n");
+
+  // An added object is held as it is; a copy leaves the caller's alone.
+  AScopedRef<IPPDAttribute> attribute(IPPDAttribute::Create("C", "", "", "v", kPPDStringValue, ""));
+  EXPECT_EQ(ppd->AddAttribute(nullptr, true), nullptr);
+  EXPECT_NE(ppd->AddAttribute(attribute.get(), true), attribute.get());
+  EXPECT_EQ(attribute->GetPPD(), nullptr);
+  EXPECT_EQ(ppd->AddAttribute(attribute.get(), false), attribute.get());
+  EXPECT_EQ(attribute->GetPPD(), ppd.get());
+}
+
+TEST(DocumentTest, GroupsAndSizesWithTheSameIDReplaceAndMoveToTheEnd) {
+  AScopedRef<IPPD> ppd(IPPD::Create());
+  AScopedRef<IPPDGroup> firstGroup = Hold(AddGroup(ppd.get(), "A", nullptr));
+  AddGroup(ppd.get(), "B", nullptr);
+  AScopedRef<IPPDGroup> secondGroup = Hold(AddGroup(ppd.get(), "A", nullptr));
+  EXPECT_EQ(ppd->GetGroups(), (std::vector<IPPDGroup*>{ppd->GetGroupWithID("B"), secondGroup.get()}));
+  EXPECT_EQ(firstGroup->GetPPD(), nullptr);
+  EXPECT_EQ(ppd->GetGroupWithID("A"), secondGroup.get());
   ppd->RemoveGroupWithID("A");
-  EXPECT_EQ(second->GetPPD(), nullptr);
+  EXPECT_EQ(secondGroup->GetPPD(), nullptr);
   EXPECT_EQ(ppd->GetGroups().size(), 1U);
   EXPECT_EQ(ppd->AddGroup(nullptr, true), nullptr);
-}
 
-TEST(DocumentTest, PaperSizeWithSameIDReplacesAndMovesToEnd) {
-  AScopedRef<IPPD> ppd(IPPD::Create());
-  IPPDPaperSize* first = AddSize(ppd.get(), "A4", 595, 842);
-  first->Retain();
-  AScopedRef<IPPDPaperSize> keep(first);
-  AddSize(ppd.get(), "Letter", 612, 792);
-  IPPDPaperSize* second = AddSize(ppd.get(), "A4", 594, 841);
-  ASSERT_EQ(ppd->GetPaperSizes().size(), 2U);
-  EXPECT_EQ(ppd->GetPaperSizes()[0]->GetID(), "Letter");
-  EXPECT_EQ(ppd->GetPaperSizes()[1], second);
-  EXPECT_EQ(first->GetPPD(), nullptr);
-  EXPECT_EQ(ppd->GetPaperSizeWithID("A4"), second);
-
+  AScopedRef<IPPDPaperSize> firstSize = Hold(AddSize(ppd.get(), "A4", 595, 842));
+  IPPDPaperSize* letter = AddSize(ppd.get(), "Letter", 612, 792);
+  IPPDPaperSize* secondSize = AddSize(ppd.get(), "A4", 594, 841);
+  EXPECT_EQ(ppd->GetPaperSizes(), (std::vector<IPPDPaperSize*>{letter, secondSize}));
+  EXPECT_EQ(firstSize->GetPPD(), nullptr);
+  EXPECT_EQ(ppd->GetPaperSizeWithID("A4"), secondSize);
   // Re-adding the held object itself only moves it.
-  EXPECT_EQ(ppd->AddPaperSize(ppd->GetPaperSizeWithID("Letter"), false)->GetID(), "Letter");
-  EXPECT_EQ(ppd->GetPaperSizes()[1]->GetID(), "Letter");
-  EXPECT_EQ(ppd->GetPaperSizes().size(), 2U);
-
+  EXPECT_EQ(ppd->AddPaperSize(letter, false), letter);
+  EXPECT_EQ(ppd->GetPaperSizes(), (std::vector<IPPDPaperSize*>{secondSize, letter}));
   // A renamed size is found under its new ID.
-  second->SetID("A4Small");
+  secondSize->SetID("A4Small");
   EXPECT_EQ(ppd->GetPaperSizeWithID("A4"), nullptr);
-  EXPECT_EQ(ppd->GetPaperSizeWithID("A4Small"), second);
+  EXPECT_EQ(ppd->GetPaperSizeWithID("A4Small"), secondSize);
   ppd->RemovePaperSizeWithID("A4Small");
-  EXPECT_EQ(ppd->GetPaperSizes().size(), 1U);
-
-  AScopedRef<IPPDPaperSize> lookalike(ppd->GetPaperSizeWithID("Letter")->Clone());
+  EXPECT_EQ(ppd->GetPaperSizes(), (std::vector<IPPDPaperSize*>{letter}));
+  AScopedRef<IPPDPaperSize> lookalike(letter->Clone());
   ppd->RemovePaperSize(lookalike.get());
   EXPECT_TRUE(ppd->GetPaperSizes().empty());
 }
 
-TEST(DocumentTest, EqualConstraintReturnsThePresentOne) {
+TEST(DocumentTest, AnEqualConstraintIsNotAddedTwice) {
   AScopedRef<IPPD> ppd(IPPD::Create());
-  AScopedRef<IPPDConstraint> first(Pair("A", "1", "B", "2"));
-  AScopedRef<IPPDConstraint> equal(Pair("A", "1", "B", "2"));
+  AScopedRef<IPPDConstraint> first(IPPDConstraint::Create({"A", "B"}, {"1", "2"}, "", false, false, ""));
+  AScopedRef<IPPDConstraint> equal(IPPDConstraint::Create({"A", "B"}, {"1", "2"}, "", false, false, ""));
   IPPDConstraint* stored = ppd->AddConstraint(first.get(), true);
   ASSERT_NE(stored, nullptr);
   EXPECT_NE(stored, first.get());
   EXPECT_EQ(ppd->AddConstraint(equal.get(), false), stored);
   EXPECT_EQ(ppd->GetConstraints().size(), 1U);
   EXPECT_EQ(equal->GetPPD(), nullptr);
-
   // A held constraint changed afterwards is compared by its new content.
   stored->SetChoiceAtIndex("3", 1);
   EXPECT_EQ(ppd->AddConstraint(equal.get(), false), equal.get());
   EXPECT_EQ(ppd->GetConstraints().size(), 2U);
-  AScopedRef<IPPDConstraint> changed(Pair("A", "1", "B", "3"));
+  AScopedRef<IPPDConstraint> changed(IPPDConstraint::Create({"A", "B"}, {"1", "3"}, "", false, false, ""));
   EXPECT_EQ(ppd->AddConstraint(changed.get(), true), stored);
   EXPECT_EQ(ppd->AddConstraint(nullptr, true), nullptr);
 }
 
 TEST(DocumentTest, ConstraintLookupAndRemovalByOption) {
   AScopedRef<IPPD> ppd(IPPD::Create());
-  AScopedRef<IPPDConstraint> c1(Pair("Duplex", "On", "PageSize", "Env10"));
-  AScopedRef<IPPDConstraint> c2(Pair("MediaType", "Glossy", "Duplex", "On"));
-  AScopedRef<IPPDConstraint> c3(Pair("MediaType", "Glossy", "Quality", "Draft"));
-  for (IPPDConstraint* c : {c1.get(), c2.get(), c3.get()}) ppd->AddConstraint(c, false);
-
+  IPPDConstraint* c1 = AddPair(ppd.get(), "Duplex", "On", "PageSize", "Env10");
+  IPPDConstraint* c2 = AddPair(ppd.get(), "MediaType", "Glossy", "Duplex", "On");
+  AScopedRef<IPPDConstraint> c3 = Hold(AddPair(ppd.get(), "MediaType", "Glossy", "Quality", "Draft"));
+  AScopedRef<IPPDConstraint> keep = Hold(c1);
   std::vector<IPPDConstraint*> found{c3.get()};
   ppd->GetConstraintsWithOptionAndChoice("Duplex", "On", found);
-  EXPECT_EQ(found, (std::vector<IPPDConstraint*>{c1.get(), c2.get()}));
+  EXPECT_EQ(found, (std::vector<IPPDConstraint*>{c1, c2}));
   ppd->GetConstraintsWithOptionAndChoice("Duplex", "Off", found);
   EXPECT_TRUE(found.empty());
-
   ppd->RemoveConstraintsForOption("Duplex");
   EXPECT_EQ(ppd->GetConstraints(), (std::vector<IPPDConstraint*>{c3.get()}));
   EXPECT_EQ(c1->GetPPD(), nullptr);
   EXPECT_EQ(c3->GetPPD(), ppd.get());
-
   ppd->RemoveConstraint(c3.get());
   EXPECT_TRUE(ppd->GetConstraints().empty());
   EXPECT_EQ(c3->GetPPD(), nullptr);
-}
-
-TEST(DocumentTest, IPPReasonsComeAfterConstraints) {
-  AScopedRef<IPPD> ppd(IPPD::Create());
-  ppd->AddAttribute("cupsIPPReason", "text:A", "a-error", "", kPPDQuotedValue, "");
-  AddString(ppd.get(), "ColorDevice", "True");
-  ppd->AddAttribute("cupsIPPReason", "text:B", "b-error", "", kPPDQuotedValue, "");
-  AScopedRef<IPPDConstraint> constraint(Pair("A", "", "B", ""));
-  ppd->AddConstraint(constraint.get(), false);
-  EXPECT_EQ(ppd->GetStringRepresentation(nullptr),
-            "*ColorDevice: True\n"
-            "\n"
-            "*UIConstraints: *A *B\n"
-            "*cupsIPPReason a-error: \"text:A\"\n"
-            "*cupsIPPReason b-error: \"text:B\"\n"
-            "\n");
 }
 
 TEST(DocumentTest, StopsAtTheFirstError) {
@@ -328,15 +256,56 @@ TEST(DocumentTest, StopsAtTheFirstError) {
   AddString(ppd.get(), "C", "3");
   AError error;
   EXPECT_EQ(ppd->GetStringRepresentation(&error), "*A: 1\n");
-  EXPECT_EQ(error.code, 4);
-  EXPECT_EQ(error.message, "Main keyword contains invalid characters: Bad Name");
-
+  EXPECT_EQ(error, Code4("Main keyword contains invalid characters: Bad Name"));
   ppd->RemoveAttributesWithNameAndSpec("Bad Name", nullptr);
-  AScopedRef<IPPDConstraint> constraint(Pair("A", "1/2", "B", ""));
-  ppd->AddConstraint(constraint.get(), false);
-  AError second;
-  EXPECT_EQ(ppd->GetStringRepresentation(&second), "*A: 1\n*C: 3\n\n");
-  EXPECT_EQ(second.message, "Value contains invalid characters: *A 1/2 *B");
+  AddPair(ppd.get(), "A", "1/2", "B", "");
+  EXPECT_EQ(ppd->GetStringRepresentation(&error), "*A: 1\n*C: 3\n\n");
+  EXPECT_EQ(error, Code4("Value contains invalid characters: *A 1/2 *B"));
+}
+
+// Many groups in three languages, the General group with the page sizes;
+// `badGroup` (when below the count) holds a choice that breaks the rules.
+IPPD* MakeLargeDocument(const testing::TestBundle& bundle, int badGroup) {
+  AScopedRef<IPPDLocalizer> localizer(testing::MakeLocalizer(bundle));
+  IPPD* ppd = testing::MakeDocument("fr de", localizer.get());
+  AScopedRef<IPPDOption> pageSize(MakePageSize({"A4", "Letter"}));
+  AddGroup(ppd, "General", pageSize.get());
+  AddSize(ppd, "A4", 595, 842);
+  AddSize(ppd, "Letter", 612, 792);
+  for (int g = 0; g < 24; ++g) {
+    const std::string n = std::to_string(g);
+    std::vector<AScopedRef<IPPDChoice>> choices;
+    std::vector<IPPDChoice*> raw;
+    for (int c = 0; c < 6; ++c) {
+      const std::string id = g == badGroup && c == 3 ? "Bad Choice" : "C" + std::to_string(c);
+      choices.emplace_back(IPPDChoice::Create(AQVString(id), AQVString("Choice " + id), "", ""));
+      raw.push_back(choices.back().get());
+    }
+    AScopedRef<IPPDOption> option(
+        IPPDOption::Create(AQVString("Option" + n), AQVString("Option " + n), "C0", PPD_UI_PICKONE, raw, ""));
+    AddGroup(ppd, AQVString("Group" + n), option.get());
+  }
+  return ppd;
+}
+
+TEST(DocumentTest, WritesTheSameTextOnSeveralThreads) {
+  testing::TestBundle bundle;
+  bundle.WriteTable("fr", "\"Choice C1\" = \"Choix 1\";\n\"Group3\" = \"Groupe 3\";\n");
+  bundle.WriteTable("de", "\"Choice C1\" = \"Auswahl 1\";\n\"Option 5\" = \"Option fünf\";\n");
+  for (const int badGroup : {-1, 0, 13, 23}) {
+    SCOPED_TRACE(badGroup);
+    AScopedRef<IPPD> serial(MakeLargeDocument(bundle, badGroup));
+    AScopedRef<IPPD> parallel(MakeLargeDocument(bundle, badGroup));
+    parallel->SetRenderThreads(4);
+    AError serialError;
+    AError parallelError;
+    const AQVString expected = serial->GetStringRepresentation(&serialError);
+    EXPECT_EQ(parallel->GetStringRepresentation(&parallelError), expected);
+    EXPECT_EQ(parallelError, serialError);
+    EXPECT_EQ(serialError.code != 0, badGroup >= 0);
+    EXPECT_EQ(expected.Contains("*fr.Option1 C1/Choix 1: \"\""), badGroup != 0 && badGroup != 1);
+    EXPECT_EQ(expected.Contains("Option fünf"), badGroup < 0 || badGroup > 5);
+  }
 }
 
 TEST(DocumentTest, LocalizerIsRetainedBeforeTheOldIsReleased) {
@@ -350,51 +319,16 @@ TEST(DocumentTest, LocalizerIsRetainedBeforeTheOldIsReleased) {
   EXPECT_EQ(ppd->GetLocalizer(), nullptr);
 }
 
-TEST(DocumentTest, TranslatedDocumentUsesTheLanguagesEverywhere) {
-  AScopedRef<IPPD> ppd(IPPD::Create());
-  AScopedRef<IPPDLocalizer> localizer(IPPDLocalizer::Create());
-  ppd->SetLocalizer(localizer.get());
-  AddString(ppd.get(), "LanguageVersion", "English");
-  ppd->AddAttribute("cupsLanguages", "de", "", "", kPPDQuotedValue, "");
-  AScopedRef<IPPDOption> pageSize(MakePageSize({"A4"}));
-  pageSize->SetName("Paper Size");
-  AddGroup(ppd.get(), "General", pageSize.get());
-  AddSize(ppd.get(), "A4", 595, 842);
-  EXPECT_EQ(ppd->GetStringRepresentation(nullptr),
-            "*LanguageVersion: English\n"
-            "*cupsLanguages: \"de\"\n"
-            "\n"
-            "*OpenUI *PageSize/Paper Size: PickOne\n"
-            "*de.Translation PageSize/Paper Size: \"\"\n"
-            "*OrderDependency: 10.0 AnySetup *PageSize\n"
-            "*DefaultPageSize: A4\n"
-            "*PageSize A4: \"\"\n"
-            "*CloseUI: *PageSize\n"
-            "\n"
-            "\n"
-            "*DefaultImageableArea: A4\n"
-            "*ImageableArea A4/A4: \"10.00 10.00 585.00 832.00\"\n"
-            "*de.ImageableArea A4/A4: \"\"\n"
-            "\n"
-            "*DefaultPaperDimension: A4\n"
-            "*PaperDimension A4/A4: \"595.00 842.00\"\n"
-            "*de.PaperDimension A4/A4: \"\"\n"
-            "\n"
-            "\n");
-}
-
 TEST(DocumentTest, CloneIsDeepAndEqual) {
-  AScopedRef<IPPD> ppd(IPPD::Create());
   AScopedRef<IPPDLocalizer> localizer(IPPDLocalizer::Create());
-  ppd->SetLocalizer(localizer.get());
+  AScopedRef<IPPD> ppd(testing::MakeDocument("", localizer.get()));
   AddString(ppd.get(), "A", "1");
   AddString(ppd.get(), "B", "2");
   ppd->RemoveAttributesWithNameAndSpec("A", nullptr);
   AScopedRef<IPPDOption> pageSize(MakePageSize({"A4", "Letter"}));
   AddGroup(ppd.get(), "General", pageSize.get());
   AddSize(ppd.get(), "A4", 595, 842);
-  AScopedRef<IPPDConstraint> constraint(Pair("A", "1", "B", "2"));
-  ppd->AddConstraint(constraint.get(), false);
+  AddPair(ppd.get(), "A", "1", "B", "2");
 
   AScopedRef<IPPD> copy(ppd->Clone());
   ASSERT_TRUE(copy);
@@ -405,11 +339,10 @@ TEST(DocumentTest, CloneIsDeepAndEqual) {
   EXPECT_EQ(copy->GetPaperSizes()[0]->GetPPD(), copy.get());
   EXPECT_EQ(copy->GetConstraints()[0]->GetPPD(), copy.get());
   EXPECT_EQ(copy->GetStringRepresentation(nullptr), ppd->GetStringRepresentation(nullptr));
-
   // The removed name keeps its place in the copy too.
   AddString(copy.get(), "A", "3");
   AddString(ppd.get(), "A", "3");
-  EXPECT_TRUE(copy->GetStringRepresentation(nullptr).StartsWith("*A: 3\n*B: 2\n"));
+  EXPECT_TRUE(copy->GetStringRepresentation(nullptr).StartsWith("*LanguageVersion: English\n*A: 3\n*B: 2\n"));
   EXPECT_TRUE(*copy.get() == *ppd.get());
 }
 
@@ -418,10 +351,8 @@ TEST(DocumentTest, EqualityComparesAttributesInOrderAndTheRestAsSets) {
     IPPD* ppd = IPPD::Create();
     AddString(ppd, swapped ? "B" : "A", "1");
     AddString(ppd, swapped ? "A" : "B", "1");
-    AScopedRef<IPPDConstraint> c1(Pair("X", "1", "Y", "2"));
-    AScopedRef<IPPDConstraint> c2(Pair("X", "3", "Y", "4"));
-    ppd->AddConstraint(swapped ? c2.get() : c1.get(), true);
-    ppd->AddConstraint(swapped ? c1.get() : c2.get(), true);
+    AddPair(ppd, "X", swapped ? "3" : "1", "Y", swapped ? "4" : "2");
+    AddPair(ppd, "X", swapped ? "1" : "3", "Y", swapped ? "2" : "4");
     AddSize(ppd, swapped ? "Letter" : "A4", 600, 800);
     AddSize(ppd, swapped ? "A4" : "Letter", 600, 800);
     AddGroup(ppd, swapped ? "G2" : "G1", nullptr);
@@ -433,7 +364,6 @@ TEST(DocumentTest, EqualityComparesAttributesInOrderAndTheRestAsSets) {
   AScopedRef<IPPD> swapped(build(true));
   EXPECT_TRUE(*first.get() == *second.get());
   EXPECT_TRUE(*first.get() != *swapped.get());
-
   // Only the attribute order differs: everything else compares as a set.
   swapped->RemoveAttributesWithNameAndSpec("B", nullptr);
   AddString(swapped.get(), "B", "1");
@@ -441,7 +371,6 @@ TEST(DocumentTest, EqualityComparesAttributesInOrderAndTheRestAsSets) {
   first->RemoveAttributesWithNameAndSpec("A", nullptr);
   swapped->RemoveAttributesWithNameAndSpec("A", nullptr);
   EXPECT_TRUE(*first.get() == *swapped.get());
-
   second->GetPaperSizeWithID("A4")->SetName("other");
   EXPECT_TRUE(*first.get() != *second.get());
 }

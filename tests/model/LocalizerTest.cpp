@@ -4,14 +4,13 @@
 #include <vector>
 
 #include "core/ALocale.h"
-#include "core/ASharedObject.h"
-#include "model/IPPDLocalizer.h"
-#include "model/LocalizerTestBundle.h"
+#include "model/ModelTestSupport.h"
 
 namespace ppdforge {
 namespace {
 
-using testing::LocalizerTestBundle;
+using testing::MakeLocalizer;
+using testing::TestBundle;
 
 std::vector<AQVString> PossibleLocales(const IPPDLocalizer& localizer) {
   std::vector<AQVString> ids{"stale"};
@@ -19,14 +18,12 @@ std::vector<AQVString> PossibleLocales(const IPPDLocalizer& localizer) {
   return ids;
 }
 
-TEST(LocalizerTest, LocaleIDOfALanguage) {
-  const std::vector<std::pair<const char*, const char*>> cases = {
-      {"Chinese_Simplified", "zh_CN"}, {"Chinese_Traditional", "zh_TW"},
-      {"English", "en"},               {"French", "fr"},
-      {"German", "de"},                {"Japanese", "ja"},
-      {"fr", "fr"},                    {"", "en"},
+TEST(LocalizerTest, LocaleIDsAndLocalizationNames) {
+  const std::pair<const char*, const char*> ids[] = {
+      {"Chinese_Simplified", "zh_CN"}, {"Chinese_Traditional", "zh_TW"}, {"English", "en"}, {"French", "fr"},
+      {"German", "de"},                {"Japanese", "ja"},               {"fr", "fr"},      {"", "en"},
   };
-  for (const auto& [language, id] : cases) {
+  for (const auto& [language, id] : ids) {
     EXPECT_EQ(IPPDLocalizer::GetLocaleID(language), AQVString(id)) << language;
     // A second request is answered from the cache with the same text.
     EXPECT_EQ(IPPDLocalizer::GetLocaleID(language), AQVString(id)) << language;
@@ -38,42 +35,31 @@ TEST(LocalizerTest, LocaleIDOfALanguage) {
         << language;
   }
   EXPECT_NE(IPPDLocalizer::GetLocaleID("chinese_simplified"), AQVString("zh_CN"));
-}
-
-TEST(LocalizerTest, LocalizationNameOfALocaleID) {
-  const std::vector<std::pair<const char*, const char*>> cases = {
-      {"zh_CN", "Chinese_Simplified"}, {"zh_TW", "Chinese_Traditional"},
-      {"fr", "French"},                {"de", "German"},
+  const std::pair<const char*, const char*> names[] = {
+      {"zh_CN", "Chinese_Simplified"}, {"zh_TW", "Chinese_Traditional"}, {"fr", "French"}, {"de", "German"},
       {"en", "English"},
   };
-  for (const auto& [id, name] : cases) {
-    EXPECT_EQ(IPPDLocalizer::GetLocalizationName(id), AQVString(name)) << id;
-  }
+  for (const auto& [id, name] : names) EXPECT_EQ(IPPDLocalizer::GetLocalizationName(id), AQVString(name)) << id;
 }
 
 TEST(LocalizerTest, LocalizesFromTheFirstTableHoldingTheKey) {
-  LocalizerTestBundle first;
+  TestBundle first;
   first.WriteTable("fr",
-                   "/* product texts */\n"
-                   "\"Paper Size\" = \"Taille du papier\";\n"
-                   "\"Empty\" = \"\";\n");
+                   "/* product texts */\n\"Paper Size\" = \"Taille du papier\";\n\"Empty\" = \"\";\n"
+                   "\"Tray\" = \"Casier\";\n\"Tray\" = \"Bac\";\n");
   first.WriteTable("French", "\"Quality\" = \"Qualité\";\n");
-  LocalizerTestBundle second;
+  TestBundle second;
   second.WriteTable("fr",
-                    "\"Paper Size\" = \"Format\";\n"
-                    "\"Empty\" = \"Vide\";\n"
-                    "\"Tray\" = \"Bac\";\n");
+                    "\"Paper Size\" = \"Format\";\n\"Empty\" = \"Vide\";\n\"Tray\" = \"Magasin\";\n\"Door\" = \"Porte\";\n");
+  AScopedRef<IPPDLocalizer> localizer(MakeLocalizer(first));
+  localizer->LoadStrings(second.Path(), AQVString());
 
-  AScopedRef<IPPDLocalizer> localizer(IPPDLocalizer::Create());
-  ASSERT_TRUE(localizer);
-  localizer->LoadStrings(AQVString(first.PathString()), AQVString());
-  localizer->LoadStrings(AQVString(second.PathString()), AQVString());
-
-  const std::vector<std::pair<const char*, const char*>> cases = {
+  const std::pair<const char*, const char*> cases[] = {
       {"Paper Size", "Taille du papier"},  // the earlier table wins
+      {"Tray", "Bac"},                     // within a table the last entry of a key wins
       {"Quality", "Qualité"},              // "French" and "fr" share one locale
-      {"Tray", "Bac"},                     // a later table supplies missing keys
-      {"Empty", "Empty"},                  // an empty text gives the key
+      {"Door", "Porte"},                   // a later table supplies missing keys
+      {"Empty", "Empty"},                  // an empty text in the first table gives the key
       {"Missing", "Missing"},
   };
   for (const auto& [key, text] : cases) {
@@ -84,75 +70,87 @@ TEST(LocalizerTest, LocalizesFromTheFirstTableHoldingTheKey) {
   EXPECT_EQ(PossibleLocales(*localizer.get()), std::vector<AQVString>{AQVString("fr")});
 }
 
-TEST(LocalizerTest, LoadsTheNamedTable) {
-  LocalizerTestBundle bundle;
-  bundle.Write("Resources/de.lproj/Options.strings", "\"Tray\" = \"Fach\";\n");
+TEST(LocalizerTest, ATableIsReadWhenItsLanguageIsFirstAskedFor) {
+  TestBundle bundle;
+  bundle.WriteTable("de", "\"Tray\" = \"Fach\";\n");
+  bundle.WriteTable("fr", "\"Tray\" = \"Bac\";\n");
+  AScopedRef<IPPDLocalizer> localizer(MakeLocalizer(bundle));
+  EXPECT_EQ(localizer->Localize("Tray", "de"), AQVString("Fach"));
+  // French has not been asked for yet; its file is read now, as it stands.
+  bundle.WriteTable("fr", "\"Tray\" = \"Magasin\";\n");
   bundle.WriteTable("de", "\"Tray\" = \"Schacht\";\n");
-  AScopedRef<IPPDLocalizer> localizer(IPPDLocalizer::Create());
-  localizer->LoadStrings(AQVString(bundle.PathString()), AQVString("Options"));
+  EXPECT_EQ(localizer->Localize("Tray", "fr"), AQVString("Magasin"));
   EXPECT_EQ(localizer->Localize("Tray", "de"), AQVString("Fach"));
 }
 
-TEST(LocalizerTest, ReadsPropertyListTables) {
-  LocalizerTestBundle bundle;
-  bundle.WriteTable("ja",
-                    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                    "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
-                    "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
-                    "<plist version=\"1.0\"><dict>"
-                    "<key>Tray</key><string>トレイ</string>"
-                    "</dict></plist>\n");
-  AScopedRef<IPPDLocalizer> localizer(IPPDLocalizer::Create());
-  localizer->LoadStrings(AQVString(bundle.PathString()), AQVString());
-  EXPECT_EQ(localizer->Localize("Tray", "Japanese"), AQVString("トレイ"));
+TEST(LocalizerTest, TablesAddedLaterAreFoundForALanguageAskedBefore) {
+  TestBundle first;
+  first.WriteTable("fr", "\"Tray\" = \"Bac\";\n");
+  TestBundle second;
+  second.WriteTable("de", "\"Tray\" = \"Fach\";\n");
+  second.WriteTable("fr", "\"Tray\" = \"Magasin\";\n\"Quality\" = \"Qualité\";\n");
+  AScopedRef<IPPDLocalizer> localizer(MakeLocalizer(first));
+  EXPECT_EQ(localizer->Localize("Tray", "de"), AQVString("Tray"));
+  EXPECT_EQ(localizer->Localize("Quality", "fr"), AQVString("Quality"));
+  localizer->LoadStrings(second.Path(), AQVString());
+  EXPECT_EQ(localizer->Localize("Tray", "de"), AQVString("Fach"));
+  EXPECT_EQ(localizer->Localize("Tray", "fr"), AQVString("Bac"));
+  EXPECT_EQ(localizer->Localize("Quality", "fr"), AQVString("Qualité"));
 }
 
-TEST(LocalizerTest, IgnoresWhatIsNoStringTable) {
-  LocalizerTestBundle bundle;
-  static const char kGarbage[] = "\x00\x01\x02 not a table {";
-  bundle.WriteTable("fr", std::string(kGarbage, sizeof kGarbage - 1));
-  bundle.Write("Resources/de.lproj/Other.strings", "\"Tray\" = \"Fach\";\n");
-  AScopedRef<IPPDLocalizer> localizer(IPPDLocalizer::Create());
-  localizer->LoadStrings(AQVString(bundle.PathString()), AQVString());
-  localizer->LoadStrings(AQVString(bundle.PathString() + "/missing"), AQVString());
+TEST(LocalizerTest, ReadsNamedAndPropertyListTablesAndIgnoresWhatIsNoTable) {
+  TestBundle bundle;
+  bundle.Write("Resources/de.lproj/Options.strings", "\"Tray\" = \"Fach\";\n");
+  bundle.WriteTable("de", "\"Tray\" = \"Schacht\";\n");
+  AScopedRef<IPPDLocalizer> named(IPPDLocalizer::Create());
+  named->LoadStrings(bundle.Path(), AQVString("Options"));
+  EXPECT_EQ(named->Localize("Tray", "de"), AQVString("Fach"));
+
+  bundle.WriteTable("ja",
+                    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>"
+                    "<key>Tray</key><string>トレイ</string></dict></plist>\n");
+  bundle.WriteTable("de", std::string("\x00\x01\x02 not a table {", 17));
+  bundle.Write("Resources/it.lproj/Other.strings", "\"Tray\" = \"Vassoio\";\n");
+  AScopedRef<IPPDLocalizer> localizer(MakeLocalizer(bundle));
+  localizer->LoadStrings(bundle.Path() + "/missing", AQVString());
   localizer->LoadStrings(AQVString(), AQVString());
-  EXPECT_TRUE(PossibleLocales(*localizer.get()).empty());
-  EXPECT_EQ(localizer->Localize("Tray", "fr"), AQVString("Tray"));
+  EXPECT_EQ(localizer->Localize("Tray", "Japanese"), AQVString("トレイ"));
+  EXPECT_EQ(localizer->Localize("Tray", "de"), AQVString("Tray"));
+  EXPECT_EQ(localizer->Localize("Tray", "it"), AQVString("Tray"));
+  // A language whose tables are unreadable has none and cannot become current.
+  EXPECT_EQ(PossibleLocales(*localizer.get()), std::vector<AQVString>{AQVString("ja")});
+  localizer->SetCurrentLocaleID("de");
   EXPECT_EQ(localizer->GetCurrentLocaleID(), AQVString());
 }
 
 TEST(LocalizerTest, ABundleWithoutLocalizationsGivesItsEnglishTable) {
-  LocalizerTestBundle bundle;
+  TestBundle bundle;
   bundle.Write("Resources/Localizable.strings", "\"Tray\" = \"Paper tray\";\n");
-  AScopedRef<IPPDLocalizer> localizer(IPPDLocalizer::Create());
-  localizer->LoadStrings(AQVString(bundle.PathString()), AQVString());
+  AScopedRef<IPPDLocalizer> localizer(MakeLocalizer(bundle));
   EXPECT_EQ(PossibleLocales(*localizer.get()), std::vector<AQVString>{AQVString("en")});
   EXPECT_EQ(localizer->Localize("Tray", "English"), AQVString("Paper tray"));
 }
 
 TEST(LocalizerTest, CurrentLocaleFallsBackToEnglish) {
-  LocalizerTestBundle bundle;
+  TestBundle bundle;
   bundle.WriteTable("English", "\"Tray\" = \"Paper tray\";\n");
   bundle.WriteTable("Chinese_Simplified", "\"Tray\" = \"纸盒\";\n");
   bundle.WriteTable("fr", "\"Tray\" = \"Bac\";\n");
   AScopedRef<IPPDLocalizer> localizer(IPPDLocalizer::Create());
   // Nothing was loaded at construction, so nothing is current yet.
   EXPECT_EQ(localizer->GetCurrentLocaleID(), AQVString());
-  localizer->LoadStrings(AQVString(bundle.PathString()), AQVString());
-  EXPECT_EQ(PossibleLocales(*localizer.get()),
-            (std::vector<AQVString>{AQVString("en"), AQVString("fr"), AQVString("zh_CN")}));
-
-  localizer->SetCurrentLocaleID("French");
-  EXPECT_EQ(localizer->GetCurrentLocaleID(), AQVString("fr"));
-  EXPECT_EQ(localizer->Localize("Tray", AQVString()), AQVString("Bac"));
-
-  localizer->SetCurrentLocaleID("Chinese_Simplified");
-  EXPECT_EQ(localizer->GetCurrentLocaleID(), AQVString("zh_CN"));
-  EXPECT_EQ(localizer->Localize("Tray", AQVString()), AQVString("纸盒"));
-
-  localizer->SetCurrentLocaleID("German");
-  EXPECT_EQ(localizer->GetCurrentLocaleID(), AQVString("en"));
-  EXPECT_EQ(localizer->Localize("Tray", AQVString()), AQVString("Paper tray"));
+  localizer->LoadStrings(bundle.Path(), AQVString());
+  EXPECT_EQ(PossibleLocales(*localizer.get()), (std::vector<AQVString>{"en", "fr", "zh_CN"}));
+  const std::pair<const char*, const char*> cases[][2] = {
+      {{"French", "fr"}, {"Tray", "Bac"}},
+      {{"Chinese_Simplified", "zh_CN"}, {"Tray", "纸盒"}},
+      {{"German", "en"}, {"Tray", "Paper tray"}},
+  };
+  for (const auto& c : cases) {
+    localizer->SetCurrentLocaleID(c[0].first);
+    EXPECT_EQ(localizer->GetCurrentLocaleID(), AQVString(c[0].second));
+    EXPECT_EQ(localizer->Localize(c[1].first, AQVString()), AQVString(c[1].second));
+  }
 }
 
 }  // namespace

@@ -1,62 +1,53 @@
 #include <gtest/gtest.h>
 
-#include "core/ASharedObject.h"
 #include "model/APPDCommentable.h"
 #include "model/APPDLocalizable.h"
-#include "model/IPPD.h"
-#include "model/IPPDLocalizer.h"
 #include "model/IPPDPaperSize.h"
+#include "model/ModelTestSupport.h"
 
 namespace ppdforge {
 namespace {
 
-// Members in order: bottom, left, top, right edge.
+using testing::Code4;
+using testing::MakeDocument;
+
+// Rectangle members in order: bottom, left, top, right edge.
 IPPDPaperSize* MakeA4(const AQVString& name, const AQVString& sizeType) {
-  return IPPDPaperSize::Create("A4", name, RKMediaSizeRectMake(0, 0, 842, 595),
-                               RKMediaSizeRectMake(12, 18, 830, 577), sizeType);
+  return IPPDPaperSize::Create("A4", name, RKMediaSizeRectMake(0, 0, 842, 595), RKMediaSizeRectMake(12, 18, 830, 577),
+                               sizeType);
 }
 
-TEST(PaperSizeTest, WritesEachSizeType) {
+TEST(PaperSizeTest, WritesEachSizeTypeWithTwoDecimals) {
   const struct {
+    const char* id;
     const char* sizeType;
+    double width, height;
+    const char* comment;
     const char* expected;
+    const char* error;
   } cases[] = {
-      {"PaperDimension", "*PaperDimension A4/A4 Paper: \"595.00 842.00\""},
-      {"ImageableArea", "*ImageableArea A4/A4 Paper: \"18.00 12.00 577.00 830.00\""},
-      {"PageSize", ""},
-      {"imageablearea", ""},
+      {"A4", "PaperDimension", 595, 842, "", "*PaperDimension A4/A4 Paper: \"595.00 842.00\"", ""},
+      {"A4", "ImageableArea", 595, 842, "", "*ImageableArea A4/A4 Paper: \"18.00 12.00 577.00 830.00\"", ""},
+      {"A4", "ImageableArea", 595, 842, "ISO A4", "*% ISO A4\n*ImageableArea A4/A4 Paper: \"18.00 12.00 577.00 830.00\"",
+       ""},
+      {"A4", "PageSize", 595, 842, "", "", ""},
+      {"A4", "imageablearea", 595, 842, "", "", ""},
+      {"", "PaperDimension", 595, 842, "", "", ""},
+      {"A 4", "ImageableArea", 595, 842, "", "", "Option keyword contains invalid characters: A 4"},
+      {"S", "PaperDimension", 595.2756, 841.8898, "", "*PaperDimension S/A4 Paper: \"595.28 841.89\"", ""},
+      {"S", "PaperDimension", 1.005, 0.125, "", "*PaperDimension S/A4 Paper: \"1.00 0.12\"", ""},
+      {"S", "PaperDimension", 612, 1e6, "", "*PaperDimension S/A4 Paper: \"612.00 1000000.00\"", ""},
+      {"S", "PaperDimension", -0.001, 0, "", "*PaperDimension S/A4 Paper: \"-0.00 0.00\"", ""},
   };
   for (const auto& c : cases) {
-    AScopedRef<IPPDPaperSize> size(MakeA4("A4 Paper", c.sizeType));
+    SCOPED_TRACE(std::string(c.id) + " " + c.sizeType + " " + std::to_string(c.width));
+    AScopedRef<IPPDPaperSize> size(IPPDPaperSize::Create(c.id, "A4 Paper", RKMediaSizeRectMake(0, 0, c.height, c.width),
+                                                         RKMediaSizeRectMake(12, 18, 830, 577), c.sizeType));
+    AScopedRef<APPDCommentable>(size->QueryPPDCommentable())->SetComment(c.comment);
     AError error;
-    EXPECT_EQ(size->GetStringRepresentation(&error), c.expected) << c.sizeType;
-    EXPECT_EQ(error.code, 0);
-    EXPECT_EQ(size->IsValid(), *c.expected != '\0');
-  }
-}
-
-TEST(PaperSizeTest, EmptyIDWritesNothing) {
-  AScopedRef<IPPDPaperSize> size(MakeA4("", "PaperDimension"));
-  size->SetID("");
-  EXPECT_FALSE(size->IsValid());
-  EXPECT_EQ(size->GetStringRepresentation(nullptr), "");
-}
-
-TEST(PaperSizeTest, NumbersHaveTwoDecimals) {
-  const struct {
-    double width;
-    double height;
-    const char* expected;
-  } cases[] = {
-      {595.2756, 841.8898, "*PaperDimension S/S: \"595.28 841.89\""},
-      {1.005, 0.125, "*PaperDimension S/S: \"1.00 0.12\""},
-      {612, 1e6, "*PaperDimension S/S: \"612.00 1000000.00\""},
-      {-0.001, 0, "*PaperDimension S/S: \"-0.00 0.00\""},
-  };
-  for (const auto& c : cases) {
-    AScopedRef<IPPDPaperSize> size(IPPDPaperSize::Create(
-        "S", "", RKMediaSizeRectMake(0, 0, c.height, c.width), {}, "PaperDimension"));
-    EXPECT_EQ(size->GetStringRepresentation(nullptr), c.expected);
+    EXPECT_EQ(size->GetStringRepresentation(&error), AQVString(c.expected));
+    EXPECT_EQ(error, Code4(c.error));
+    EXPECT_EQ(size->IsValid(), *c.expected != '\0' || *c.error != '\0');
   }
 }
 
@@ -71,25 +62,12 @@ TEST(PaperSizeTest, SetPaperSizeRectChangesOnlyWidthAndFirstNumber) {
   EXPECT_EQ(size->GetStringRepresentation(nullptr), "*PaperDimension A4/A4: \"600.00 842.00\"");
 }
 
-TEST(PaperSizeTest, CommentComesFirst) {
-  AScopedRef<IPPDPaperSize> size(MakeA4("", "ImageableArea"));
-  AScopedRef<APPDCommentable> commentable(size->QueryPPDCommentable());
-  commentable->SetComment("ISO A4");
-  EXPECT_EQ(size->GetStringRepresentation(nullptr),
-            "*% ISO A4\n*ImageableArea A4/A4: \"18.00 12.00 577.00 830.00\"");
-}
-
 TEST(PaperSizeTest, TranslationLinesPerLanguageLocalizedUnderTheIDWhenUnnamed) {
-  AScopedRef<IPPD> ppd(IPPD::Create());
-  AScopedRef<IPPDLocalizer> localizer(IPPDLocalizer::Create());
-  ppd->SetLocalizer(localizer.get());
-  ppd->AddAttribute("LanguageVersion", "English", "", "", kPPDStringValue, "");
-  ppd->AddAttribute("cupsLanguages", "de ja", "", "", kPPDQuotedValue, "");
+  AScopedRef<IPPD> ppd(MakeDocument("de ja"));
   AScopedRef<IPPDPaperSize> made(MakeA4("", "PaperDimension"));
   IPPDPaperSize* size = ppd->AddPaperSize(made.get(), false);
   AScopedRef<APPDLocalizable> localizable(size->QueryPPDLocalizable());
   localizable->SetLocalizedString("A4 (de)", "de");
-
   std::vector<AQVString> keys;
   size->GetLocalizationKeys(keys);
   EXPECT_EQ(keys, std::vector<AQVString>{"A4"});
@@ -99,37 +77,18 @@ TEST(PaperSizeTest, TranslationLinesPerLanguageLocalizedUnderTheIDWhenUnnamed) {
             "*PaperDimension A4/A4 \xC3\xA9: \"595.00 842.00\"\n"
             "*de.PaperDimension A4/A4 (de): \"\"\n"
             "*ja.PaperDimension A4/A4: \"\"");
-
   size->SetName("Named");
   EXPECT_TRUE(localizable->GetLocalizations().empty());
   size->GetLocalizationKeys(keys);
   EXPECT_EQ(keys, std::vector<AQVString>{"Named"});
-}
 
-TEST(PaperSizeTest, StatementErrorIsPassedOn) {
-  AScopedRef<IPPDPaperSize> size(MakeA4("", "ImageableArea"));
-  size->SetID("A 4");
-  AError error;
-  EXPECT_EQ(size->GetStringRepresentation(&error), "");
-  EXPECT_EQ(error.code, 4);
-  EXPECT_EQ(error.message, "Option keyword contains invalid characters: A 4");
-}
-
-TEST(PaperSizeTest, CopyAndEquality) {
-  AScopedRef<IPPD> ppd(IPPD::Create());
-  AScopedRef<IPPDPaperSize> made(MakeA4("A4", "ImageableArea"));
-  IPPDPaperSize* size = ppd->AddPaperSize(made.get(), false);
-  AScopedRef<APPDLocalizable> localizable(size->QueryPPDLocalizable());
-  localizable->SetLocalizedString("A4 (de)", "de");
-
+  // A copy has no document and no translations; the size type is not compared.
   AScopedRef<IPPDPaperSize> copy(size->Clone());
   EXPECT_EQ(copy->GetPPD(), nullptr);
-  AScopedRef<APPDLocalizable> copied(copy->QueryPPDLocalizable());
-  EXPECT_TRUE(copied->GetLocalizations().empty());
-  EXPECT_EQ(copy->GetSizeType(), "ImageableArea");
-  EXPECT_TRUE(*copy.get() == *size);
-
-  copy->SetSizeType("PaperDimension");
+  localizable->SetLocalizedString("A4 (de)", "de");
+  EXPECT_TRUE(AScopedRef<APPDLocalizable>(copy->QueryPPDLocalizable())->GetLocalizations().empty());
+  EXPECT_EQ(copy->GetSizeType(), "PaperDimension");
+  copy->SetSizeType("ImageableArea");
   EXPECT_TRUE(*copy.get() == *size);
   copy->SetImageableRect(RKMediaSizeRectMake(0, 0, 842, 595));
   EXPECT_TRUE(*copy.get() != *size);

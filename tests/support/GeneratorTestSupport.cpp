@@ -1,6 +1,11 @@
 #include "support/GeneratorTestSupport.h"
 
-#include "facade/APlistProductInfo.h"
+#include <plist/plist.h>
+
+#include <cstdlib>
+#include <regex>
+
+#include "facade/ARKPPDGenerator.h"
 #include "model/IPPDChoice.h"
 #include "model/IPPDConstraint.h"
 #include "model/IPPDGroup.h"
@@ -29,8 +34,7 @@ std::string ValueLabel(const AValue& value) {
   return text != nullptr ? text->UTF8() : std::to_string(value.IntegerValue());
 }
 
-ADictionary MediaSize(const char* ppdName, const char* name, double width, double height,
-                      double margin) {
+ADictionary MediaSize(const char* ppdName, const char* name, double width, double height, double margin) {
   return Dict({{"name", name},
                {"PPDName", ppdName},
                {"paperRectTop", 0.0},
@@ -65,9 +69,7 @@ ADictionary ProductRoot(const AArray& media, const char* defaultChoice) {
                {"options", Dict({{"QVPaperInfo", Setting(media, defaultChoice)}})}});
 }
 
-ADictionary MinimalProductRoot() {
-  return ProductRoot(AArray{MediaSize("A4", "A4", 595, 842, 12)}, "A4");
-}
+ADictionary MinimalProductRoot() { return ProductRoot(AArray{MediaSize("A4", "A4", 595, 842, 12)}, "A4"); }
 
 void SetNested(ADictionary& root, const char* dictionaryKey, const char* key, const AValue& value) {
   ADictionary inner;
@@ -76,36 +78,103 @@ void SetNested(ADictionary& root, const char* dictionaryKey, const char* key, co
   root.Set(dictionaryKey, inner);
 }
 
-std::filesystem::path GoldenFile(const char* name) {
-  return std::filesystem::path(PPDFORGE_SOURCE_DIR) / "tests/golden" / name;
+namespace {
+
+AValue Replace(const AValue& node, const std::string& path, const AValue& value) {
+  if (path.empty()) return value;
+  static const std::regex step("^\\.?(?:\\[([0-9]+)\\]|([^.\\[]+))");
+  std::smatch match;
+  EXPECT_TRUE(std::regex_search(path, match, step)) << path;
+  const std::string rest = match.suffix();
+  if (match[1].matched) {
+    AArray array;
+    const std::size_t index = std::stoul(match[1]);
+    EXPECT_TRUE(node.GetArray(array) && index < array.Count()) << path;
+    if (index < array.Count()) array.Set(index, Replace(array[index], rest, value));
+    return array;
+  }
+  ADictionary dictionary;
+  EXPECT_TRUE(node.GetDictionary(dictionary)) << path;
+  const AValue* child = dictionary.Get(match[2].str());
+  dictionary.Set(match[2].str(), Replace(child != nullptr ? *child : AValue(), rest, value));
+  return dictionary;
 }
 
-std::string GenerateFromProductFile(const std::filesystem::path& productFile,
-                                    const std::filesystem::path& bundle,
-                                    const std::vector<AQVString>& languages, std::string* problem) {
-  AError error;
-  std::shared_ptr<APlistProductInfo> product = APlistProductInfo::LoadFile(productFile, &error);
-  if (!product) {
-    *problem = error.message.UTF8();
-    return "";
+}  // namespace
+
+ADictionary WithValue(const ADictionary& root, const std::string& path, const AValue& value) {
+  ADictionary out;
+  Replace(AValue(root), path, value).GetDictionary(out);
+  return out;
+}
+
+ADictionary SmallProduct() {
+  ADictionary root = ProductRoot(AArray{MediaSize("A4", "A4", 595, 842, 0)});
+  root.Set("attributesGenerationInfo",
+           AArray{Dict({{"name", "PPD-Adobe"}, {"value", "4.3"}}),
+                  Dict({{"name", "LanguageVersion"}, {"value", "English"}, {"value-type", 3}})});
+  root.Set("CUPSVersion", 0x120);
+  return root;
+}
+
+std::string LibraryText(const ADictionary& root) {
+  const auto generator = ARKPPDGenerator::GeneratorWithProductInfo(std::make_shared<FakeProductInfo>(root), nullptr);
+  return generator ? generator->GeneratePPDData(nullptr).value_or("") : "";
+}
+
+namespace {
+
+plist_t ToPlist(const AValue& value) {
+  ADictionary dictionary;
+  AArray array;
+  switch (value.GetType()) {
+    case AValue::Type::kBoolean:
+      return plist_new_bool(value.BoolValue());
+    case AValue::Type::kInteger:
+      return plist_new_uint(static_cast<uint64_t>(value.IntegerValue()));
+    case AValue::Type::kReal:
+      return plist_new_real(value.DoubleValue());
+    case AValue::Type::kString:
+      return plist_new_string(value.AsString()->CString());
+    case AValue::Type::kData:
+      return plist_new_data(value.AsData()->data(), value.AsData()->size());
+    case AValue::Type::kArray: {
+      value.GetArray(array);
+      plist_t node = plist_new_array();
+      for (const AValue& item : array) plist_array_append_item(node, ToPlist(item));
+      return node;
+    }
+    case AValue::Type::kDictionary: {
+      value.GetDictionary(dictionary);
+      plist_t node = plist_new_dict();
+      for (const auto& [key, item] : dictionary) plist_dict_set_item(node, key.CString(), ToPlist(item));
+      return node;
+    }
+    default:
+      return plist_new_string("");
   }
-  if (!product->GetWarnings().empty()) *problem = product->GetWarnings().front().UTF8();
-  AScopedRef<IPPDGenerator> engine(IPPDGenerator::Create(product));
-  if (!engine || !engine->CreatePPDObjects(&error)) {
-    *problem = error.message.UTF8();
-    return "";
+}
+
+}  // namespace
+
+std::string PropertyListBytes(const AValue& value, bool binary) {
+  plist_t root = ToPlist(value);
+  char* bytes = nullptr;
+  uint32_t length = 0;
+  if (binary) {
+    plist_to_bin(root, &bytes, &length);
+  } else {
+    plist_to_xml(root, &bytes, &length);
   }
-  if (!bundle.empty()) engine->AddLocalizedStringsFromBundleAtPath(bundle.string());
-  engine->SetSupportedLocales(languages);
-  const std::string text = engine->GetPPD()->GetStringRepresentation(&error).UTF8();
-  if (!error.message.IsEmpty()) *problem = error.message.UTF8();
-  return text;
+  plist_free(root);
+  std::string out(bytes, length);
+  std::free(bytes);
+  return out;
 }
 
 AScopedRef<IPPDObjectGenerator> CreateGenerator(const char* className, IPPDGenerator* engine,
                                                 const ADictionary& description) {
-  return AScopedRef<IPPDObjectGenerator>(
-      IPPDObjectGenerator::Create(className, engine, &description));
+  return AScopedRef<IPPDObjectGenerator>(IPPDObjectGenerator::Create(className, engine, &description));
 }
 
 void GeneratorTestSupport::MakeEngine(ADictionary root) {
@@ -136,8 +205,7 @@ void GeneratorTestSupport::SetFeature(const char* key, const AValue& value) {
   SetNested(Root(), "features", key, value);
 }
 
-GeneratorRun GeneratorTestSupport::RunGenerator(const char* className,
-                                                const ADictionary& description,
+GeneratorRun GeneratorTestSupport::RunGenerator(const char* className, const ADictionary& description,
                                                 AError* error) const {
   GeneratorRun run;
   AScopedRef<IPPDObjectGenerator> generator = MakeGenerator(className, description);
@@ -149,22 +217,19 @@ GeneratorRun GeneratorTestSupport::RunGenerator(const char* className,
   return run;
 }
 
-bool GeneratorTestSupport::IsApplicable(const char* className,
-                                        const ADictionary& description) const {
+bool GeneratorTestSupport::IsApplicable(const char* className, const ADictionary& description) const {
   AScopedRef<IPPDObjectGenerator> generator = MakeGenerator(className, description);
   return generator && generator->IsApplicable();
 }
 
-bool GeneratorTestSupport::GenerateAnyway(const char* className, const ADictionary& description,
-                                          AError* error) const {
+bool GeneratorTestSupport::GenerateAnyway(const char* className, const ADictionary& description, AError* error) const {
   AScopedRef<IPPDObjectGenerator> generator = MakeGenerator(className, description);
   EXPECT_TRUE(generator) << "no generator class " << className;
   return generator && generator->Generate(error);
 }
 
 void GeneratorTestSupport::AddPickOneOption(const char* groupID, const char* id,
-                                            const std::vector<const char*>& choices,
-                                            const char* defaultChoice) {
+                                            const std::vector<const char*>& choices, const char* defaultChoice) {
   ASSERT_NE(Doc(), nullptr);
   IPPDGroup* group = Doc()->GetGroupWithID(groupID);
   if (group == nullptr) {

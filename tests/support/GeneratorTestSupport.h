@@ -1,11 +1,11 @@
 #pragma once
-// What the generator tests share: product dictionaries built in a line, and a
-// fixture base that owns a fake product and an engine over it, runs object
-// generators by class name and renders what they wrote.
+// What the generator, facade and tool tests share: product descriptions built
+// in a line (and as property-list bytes), and a fixture base that owns a fake
+// product and an engine over it, runs object generators by class name and
+// renders what they wrote.
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <initializer_list>
 #include <memory>
 #include <string>
@@ -40,8 +40,7 @@ std::string ValueLabel(const AValue& value);
 
 // A media entry of `width` by `height` points with `margin` points on every
 // side, as the "QVPaperInfo" setting lists them.
-ADictionary MediaSize(const char* ppdName, const char* name, double width, double height,
-                      double margin);
+ADictionary MediaSize(const char* ppdName, const char* name, double width, double height, double margin);
 
 // A product setting value: {"name", "userName"}.
 ADictionary SettingValue(const char* name, const char* userName);
@@ -63,16 +62,19 @@ ADictionary MinimalProductRoot();
 // Sets `dictionaryKey`.`key` of `root` to `value`, making the inner dictionary when absent.
 void SetNested(ADictionary& root, const char* dictionaryKey, const char* key, const AValue& value);
 
-// The file `name` of the golden directory (tests/golden of the source tree).
-std::filesystem::path GoldenFile(const char* name);
+// `root` with the value at the key path `path` ("a.b[2].c") replaced; a
+// missing last dictionary key is added. A path that does not fit fails the test.
+ADictionary WithValue(const ADictionary& root, const std::string& path, const AValue& value);
 
-// The PPD text of the product described by the property list `productFile`,
-// with the strings of `bundle` (none when empty) and the supported
-// `languages` (none when empty). Any load warning or generation error goes
-// to *problem (last one wins); the text is empty when generation failed.
-std::string GenerateFromProductFile(const std::filesystem::path& productFile,
-                                    const std::filesystem::path& bundle,
-                                    const std::vector<AQVString>& languages, std::string* problem);
+// A product that generates: the attributes PPD-Adobe and LanguageVersion,
+// CUPS 1.2 and one A4 media size without margins.
+ADictionary SmallProduct();
+
+// The PPD text the library makes of the product `root`; "" when it makes none.
+std::string LibraryText(const ADictionary& root);
+
+// `value` written as an XML or a binary property list.
+std::string PropertyListBytes(const AValue& value, bool binary);
 
 // The generator registered as `className` (exact name) initialised with
 // `engine` and `description`; owned by the caller, null for an unknown name.
@@ -80,8 +82,7 @@ AScopedRef<IPPDObjectGenerator> CreateGenerator(const char* className, IPPDGener
                                                 const ADictionary& description);
 // The same, seen as T; null (and nothing kept) when the class is not a T.
 template <class T>
-AScopedRef<T> CreateGenerator(const char* className, IPPDGenerator* engine,
-                              const ADictionary& description) {
+AScopedRef<T> CreateGenerator(const char* className, IPPDGenerator* engine, const ADictionary& description) {
   AScopedRef<IPPDObjectGenerator> made = CreateGenerator(className, engine, description);
   T* typed = dynamic_cast<T*>(made.get());
   if (typed == nullptr) return AScopedRef<T>();
@@ -121,8 +122,7 @@ class GeneratorTestSupport : public ::testing::Test {
   void SetFeature(const char* key, const AValue& value);
 
   // CreateGenerator with this fixture's engine.
-  AScopedRef<IPPDObjectGenerator> MakeGenerator(const char* className,
-                                                const ADictionary& description) const {
+  AScopedRef<IPPDObjectGenerator> MakeGenerator(const char* className, const ADictionary& description) const {
     return CreateGenerator(className, Engine(), description);
   }
   template <class T>
@@ -133,19 +133,17 @@ class GeneratorTestSupport : public ::testing::Test {
   // Makes the generator and runs Generate only when it is applicable, as the
   // engine does; an unknown class name is a test failure. Generate reports
   // into *error when given, else into the result's error.
-  GeneratorRun RunGenerator(const char* className, const ADictionary& description,
-                            AError* error = nullptr) const;
+  GeneratorRun RunGenerator(const char* className, const ADictionary& description, AError* error = nullptr) const;
   // Whether the generator is made and applicable.
   bool IsApplicable(const char* className, const ADictionary& description = {}) const;
   // Makes the generator and runs Generate without asking whether it applies;
   // false (and a test failure) for an unknown class name.
-  bool GenerateAnyway(const char* className, const ADictionary& description = {},
-                      AError* error = nullptr) const;
+  bool GenerateAnyway(const char* className, const ADictionary& description = {}, AError* error = nullptr) const;
 
   // Adds a PickOne option `id` with `choices` (ids and names alike, no code)
   // to the group `groupID`, which is made when the document has none.
-  void AddPickOneOption(const char* groupID, const char* id,
-                        const std::vector<const char*>& choices, const char* defaultChoice = "");
+  void AddPickOneOption(const char* groupID, const char* id, const std::vector<const char*>& choices,
+                        const char* defaultChoice = "");
 
   // The whole document text; a rendering error message is appended so that it shows.
   std::string RenderDocument() const;

@@ -7,9 +7,7 @@
 namespace ppdforge::testing {
 
 struct ProcessResult {
-  // The exit status, or -1 when the program could not be started or did
-  // not exit normally.
-  int exitCode = -1;
+  int exitCode = -1;  // -1 when the program could not start or did not exit normally
   std::string out;
   std::string err;
 };

@@ -1,5 +1,6 @@
 #pragma once
-// A fresh directory for one test, removed with everything in it at the end.
+// A fresh directory for one test, removed with everything in it at the end,
+// also what a test made unreadable.
 
 #include <filesystem>
 #include <string>
@@ -17,10 +18,10 @@ class TemporaryDirectory {
   const std::filesystem::path& Path() const { return path_; }
   // Path() / name as a string.
   std::string File(const std::string& name) const;
-  // Writes `bytes` to Path() / name; returns the path.
+  // Writes `bytes` to Path() / name, making the parent directories; returns the path.
   std::string Write(const std::string& name, const std::string& bytes) const;
-  // The names of the entries of the directory, sorted.
-  std::vector<std::string> Entries() const;
+  // The names of the entries of Path() / name, sorted.
+  std::vector<std::string> Entries(const std::string& name = "") const;
 
  private:
   std::filesystem::path path_;

@@ -1,40 +1,27 @@
-#include "tools/ProcessRunner.h"
+#include "support/ProcessRunner.h"
 
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <sstream>
+
+#include "support/TemporaryDirectory.h"
 
 extern char** environ;
 
 namespace ppdforge::testing {
 
-namespace {
-
-std::string ReadAndRemove(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream bytes;
-  bytes << in.rdbuf();
-  std::filesystem::remove(path);
-  return bytes.str();
-}
-
-}  // namespace
-
 ProcessResult ProcessRunner::Run(const std::string& program, const std::vector<std::string>& arguments) {
   ProcessResult result;
-  const std::string base = (std::filesystem::temp_directory_path() /
-                            ("ppdforge-run-" + std::to_string(::getpid()) + "-"))
-                               .string();
-  static int serial = 0;
-  const std::string outPath = base + std::to_string(++serial) + ".out";
-  const std::string errPath = base + std::to_string(serial) + ".err";
-
+  // Files rather than pipes: nothing can block on a full pipe.
+  const TemporaryDirectory scratch;
+  const std::string outPath = scratch.File("out");
+  const std::string errPath = scratch.File("err");
   std::vector<std::string> words{program};
   words.insert(words.end(), arguments.begin(), arguments.end());
   std::vector<char*> argv;
@@ -55,10 +42,11 @@ ProcessResult ProcessRunner::Run(const std::string& program, const std::vector<s
   }
   int status = 0;
   while (::waitpid(pid, &status, 0) < 0) {
+    if (errno != EINTR) return result;
   }
   if (WIFEXITED(status)) result.exitCode = WEXITSTATUS(status);
-  result.out = ReadAndRemove(outPath);
-  result.err = ReadAndRemove(errPath);
+  result.out = ReadFile(outPath);
+  result.err = ReadFile(errPath);
   return result;
 }
 
