@@ -393,24 +393,30 @@ bool APPD::WritePaperSizeBlocks(AQVString& result, AError* error) const {
 
 bool APPD::WriteGroups(AQVString& result, AError* error) const {
   const std::vector<IPPDGroup*>& groups = groups_.Elements();
-  // Each group is written on its own into its own text; the texts are then
-  // joined in order up to the first failure, as the serial loop would stop.
+  // Each group, and the paper size blocks after the General group, is
+  // written on its own into its own text; the texts are then joined in order
+  // up to the first failure, where the serial loop would stop.
   struct Piece {
+    const IPPDGroup* group = nullptr;  // null: the paper size blocks
     AQVString text;
     AError error;
     bool failed = false;
   };
-  std::vector<Piece> pieces(groups.size());
+  std::vector<Piece> pieces;
+  pieces.reserve(groups.size() + 1);
+  for (const IPPDGroup* group : groups) {
+    pieces.push_back(Piece{group, {}, {}, false});
+    if (group->GetID() == kRKPPDGeneralGroupName) pieces.push_back(Piece{});
+  }
   const auto write = [&](std::size_t index) {
     Piece& piece = pieces[index];
-    const IPPDGroup* group = groups[index];
-    piece.failed = !APPDLineWriter::AppendLine(piece.text, *group, &piece.error) ||
-                   (group->GetID() == kRKPPDGeneralGroupName && !WritePaperSizeBlocks(piece.text, &piece.error));
+    piece.failed = piece.group != nullptr ? !APPDLineWriter::AppendLine(piece.text, *piece.group, &piece.error)
+                                          : !WritePaperSizeBlocks(piece.text, &piece.error);
   };
 
-  const std::size_t threads = std::min<std::size_t>(renderThreads_, groups.size());
+  const std::size_t threads = std::min<std::size_t>(renderThreads_, pieces.size());
   if (threads <= 1) {
-    for (std::size_t i = 0; i < groups.size(); ++i) {
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
       write(i);
       if (pieces[i].failed) break;
     }
@@ -420,7 +426,7 @@ bool APPD::WriteGroups(AQVString& result, AError* error) const {
     GetOptionWithID(AQVString(kRKPPDPageSizeKeyword));
     std::atomic<std::size_t> next{0};
     const auto work = [&] {
-      for (std::size_t i = next++; i < groups.size(); i = next++) write(i);
+      for (std::size_t i = next++; i < pieces.size(); i = next++) write(i);
     };
     std::vector<std::thread> helpers;
     helpers.reserve(threads - 1);
