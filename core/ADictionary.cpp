@@ -65,69 +65,50 @@ std::optional<ADictionary> ADictionary::FromXML(std::string_view data) {
   return dictionary;
 }
 
-bool ADictionary::Contains(const AQVString& key) const { return Find(storage_->items, key.UTF8()) != nullptr; }
+// The readings shared by both kinds of key, on the value found (or null).
+namespace {
+
+bool StringOf(const AValue* value, AQVString& out) {
+  const AQVString* text = value == nullptr ? nullptr : value->AsString();
+  out = text == nullptr ? AQVString() : *text;
+  return text != nullptr;
+}
+
+AQVString StringOf(const AValue* value) {
+  AQVString text;
+  StringOf(value, text);
+  return text;
+}
+
+bool ArrayOf(const AValue* value, AArray& out) { return value != nullptr && value->GetArray(out); }
+
+bool DictionaryOf(const AValue* value, ADictionary& out) { return value != nullptr && value->GetDictionary(out); }
+
+}  // namespace
+
+bool ADictionary::Contains(const AQVString& key) const { return Get(key) != nullptr; }
 
 const AValue* ADictionary::Get(const AQVString& key) const {
   const Entry* found = Find(storage_->items, key.UTF8());
   return found == nullptr ? nullptr : &found->second;
 }
 
-bool ADictionary::GetString(const AQVString& key, AQVString& out) const {
-  out = AQVString();
-  const AValue* value = Get(key);
-  const AQVString* text = value == nullptr ? nullptr : value->AsString();
-  if (text == nullptr) return false;
-  out = *text;
-  return true;
-}
+bool ADictionary::GetString(const AQVString& key, AQVString& out) const { return StringOf(Get(key), out); }
+AQVString ADictionary::GetString(const AQVString& key) const { return StringOf(Get(key)); }
+bool ADictionary::GetArray(const AQVString& key, AArray& out) const { return ArrayOf(Get(key), out); }
+bool ADictionary::GetDictionary(const AQVString& key, ADictionary& out) const { return DictionaryOf(Get(key), out); }
 
-AQVString ADictionary::GetString(const AQVString& key) const {
-  AQVString text;
-  GetString(key, text);
-  return text;
-}
-
-bool ADictionary::GetArray(const AQVString& key, AArray& out) const {
-  const AValue* value = Get(key);
-  return value != nullptr && value->GetArray(out);
-}
-
-bool ADictionary::GetDictionary(const AQVString& key, ADictionary& out) const {
-  const AValue* value = Get(key);
-  return value != nullptr && value->GetDictionary(out);
-}
-
-bool ADictionary::Contains(const char* key) const { return Find(storage_->items, key) != nullptr; }
+bool ADictionary::Contains(const char* key) const { return Get(key) != nullptr; }
 
 const AValue* ADictionary::Get(const char* key) const {
   const Entry* found = Find(storage_->items, key);
   return found == nullptr ? nullptr : &found->second;
 }
 
-bool ADictionary::GetString(const char* key, AQVString& out) const {
-  out = AQVString();
-  const AValue* value = Get(key);
-  const AQVString* text = value == nullptr ? nullptr : value->AsString();
-  if (text == nullptr) return false;
-  out = *text;
-  return true;
-}
-
-AQVString ADictionary::GetString(const char* key) const {
-  AQVString text;
-  GetString(key, text);
-  return text;
-}
-
-bool ADictionary::GetArray(const char* key, AArray& out) const {
-  const AValue* value = Get(key);
-  return value != nullptr && value->GetArray(out);
-}
-
-bool ADictionary::GetDictionary(const char* key, ADictionary& out) const {
-  const AValue* value = Get(key);
-  return value != nullptr && value->GetDictionary(out);
-}
+bool ADictionary::GetString(const char* key, AQVString& out) const { return StringOf(Get(key), out); }
+AQVString ADictionary::GetString(const char* key) const { return StringOf(Get(key)); }
+bool ADictionary::GetArray(const char* key, AArray& out) const { return ArrayOf(Get(key), out); }
+bool ADictionary::GetDictionary(const char* key, ADictionary& out) const { return DictionaryOf(Get(key), out); }
 
 void ADictionary::Set(const AQVString& key, const AValue& value) {
   // `key` or `value` may live inside this dictionary's storage; copy them first.

@@ -27,7 +27,7 @@ class TemporaryFile {
   explicit TemporaryFile(const char* suffix) {
     const char* directory = std::getenv("TMPDIR");
     path_ = std::string(directory != nullptr && *directory != '\0' ? directory : "/tmp") +
-            "/ppdforge-fuzz-XXXXXX" + suffix;
+            "/ppdforge-fuzz-" + std::string(6, 'X') + suffix;
     const int descriptor = ::mkstemps(path_.data(), static_cast<int>(std::string(suffix).size()));
     PPDFORGE_FUZZ_CHECK(descriptor >= 0);
     ::close(descriptor);
