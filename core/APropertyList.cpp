@@ -1,11 +1,16 @@
 #include "core/APropertyList.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+
 #include <plist/plist.h>
 
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
 #include <limits>
 #include <memory>
 #include <system_error>
@@ -407,17 +412,30 @@ bool APropertyList::ParseFile(const std::filesystem::path& path, AValue& out, AQ
 }
 
 bool ReadFileBytes(const std::filesystem::path& path, std::string& out) {
-  std::error_code error;
-  if (!std::filesystem::is_regular_file(path, error) || error) return false;
-  std::ifstream stream(path, std::ios::binary);
-  if (!stream) return false;
-  std::string bytes;
-  char buffer[65536];
-  while (stream.read(buffer, sizeof buffer) || stream.gcount() > 0) {
-    bytes.append(buffer, static_cast<std::size_t>(stream.gcount()));
-    if (stream.eof()) break;
+  const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (descriptor < 0) return false;
+  struct FileCloser {
+    int descriptor;
+    ~FileCloser() { ::close(descriptor); }
+  } closer{descriptor};
+  struct stat status {};
+  if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) return false;
+  // Read in one go into a buffer of the file's size: no regrowth, and no
+  // more memory touched than the file holds. A file that grows meanwhile is
+  // read to its end all the same.
+  std::string bytes(static_cast<std::size_t>(status.st_size) + 1, '\0');
+  std::size_t length = 0;
+  for (;;) {
+    if (length == bytes.size()) bytes.resize(bytes.size() * 2);
+    const ssize_t count = ::read(descriptor, bytes.data() + length, bytes.size() - length);
+    if (count < 0) {
+      if (errno == EINTR) continue;
+      return false;
+    }
+    if (count == 0) break;
+    length += static_cast<std::size_t>(count);
   }
-  if (stream.bad()) return false;
+  bytes.resize(length);
   out = std::move(bytes);
   return true;
 }
