@@ -1,11 +1,32 @@
 #include "engine/APPDObjectGenerator.h"
 
+#include <charconv>
+#include <string>
+#include <string_view>
 #include <utility>
 
+#include "core/AFormatter.h"
 #include "core/RKPPDMessages.h"
 #include "model/RKPPDConstants.h"
 
 namespace ppdforge {
+
+AQVString APPDObjectGenerator::NumberedKey(const char* format, long long number) {
+  // Generators ask for these keys in loops over every numbered entry; a
+  // format with one "%d" and no other conversion is filled in directly.
+  const std::string_view text(format);
+  const std::size_t at = text.find('%');
+  if (at == std::string_view::npos || text.compare(at, 2, "%d") != 0 ||
+      text.find('%', at + 2) != std::string_view::npos) {
+    return AFormatter::FormatTrusted(format, {number});
+  }
+  char digits[24];
+  const auto written = std::to_chars(digits, digits + sizeof(digits), number);
+  std::string key;
+  key.reserve(text.size() + 20);
+  key.append(text.substr(0, at)).append(digits, written.ptr).append(text.substr(at + 2));
+  return AQVString::FromTrustedUTF8(std::move(key));
+}
 
 APPDObjectGenerator::~APPDObjectGenerator() { ReleaseObject(std::exchange(generator_, nullptr)); }
 

@@ -32,9 +32,7 @@ class APPDObjectGenerator : public IPPDObjectGenerator {
   bool AddAttributesFromArray(const AArray* attributes, AError* error) const;
   // The description key made from a "%d" key format and a number
   // ("option-%d" and 3 give "option-3").
-  static AQVString NumberedKey(const char* format, long long number) {
-    return AFormatter::FormatTrusted(format, {number});
-  }
+  static AQVString NumberedKey(const char* format, long long number);
 
  private:
   IPPDGenerator* generator_ = nullptr;
