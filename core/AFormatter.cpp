@@ -328,6 +328,11 @@ bool FormatRun::Produce(std::string_view written, const Conversion& conversion,
 
 bool AFormatter::Format(const AQVString& format, const std::vector<Argument>& arguments, AQVString& out,
                         AQVString* problem, bool allowCString) {
+  // Most choice codes are plain PostScript without a conversion.
+  if (format.UTF8().find('%') == std::string::npos) {
+    out = format;
+    return true;
+  }
   std::string text;
   std::string reason;
   bool formatted = false;
