@@ -11,17 +11,6 @@
 
 namespace ppdforge {
 
-namespace {
-
-constexpr const char* kProgram = "ppdforge";
-
-void PrintError(std::ostream& err, const AError& error) {
-  err << kProgram << ": " << error.domain.UTF8() << " error " << error.code << ": "
-      << error.message.UTF8() << "\n";
-}
-
-}  // namespace
-
 AConvertCommand::AConvertCommand(CLI::App& program) {
   command_ = program.add_subcommand(
       "convert",

@@ -22,12 +22,7 @@ namespace ppdforge {
 
 namespace {
 
-constexpr const char* kProgram = "ppdforge";
-
-void PrintError(std::ostream& err, const AError& error) {
-  err << kProgram << ": " << error.domain.UTF8() << " error " << error.code << ": "
-      << error.message.UTF8() << "\n";
-}
+constexpr const char* kProgram = ICommand::kProgram;
 
 bool HasError(const AError& error) { return !error.domain.IsEmpty(); }
 

@@ -3,7 +3,9 @@
 // sub-command and options to the program's parser when it is made; the
 // program runs the one that the command line selected.
 
-#include <iosfwd>
+#include <ostream>
+
+#include "core/AError.h"
 
 namespace ppdforge {
 
@@ -15,6 +17,14 @@ class ICommand {
   // Runs the command after a successful parse; returns the exit status
   // (0 success, 1 failure of the library or of the output, 2 bad input).
   virtual int Run(std::ostream& out, std::ostream& err) = 0;
+
+  // The program's name, which begins every message line.
+  static constexpr const char* kProgram = "ppdforge";
+  // Prints a library error as "ppdforge: DOMAIN error CODE: MESSAGE".
+  static void PrintError(std::ostream& err, const AError& error) {
+    err << kProgram << ": " << error.domain.UTF8() << " error " << error.code << ": " << error.message.UTF8()
+        << "\n";
+  }
 };
 
 }  // namespace ppdforge
