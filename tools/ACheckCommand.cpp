@@ -14,8 +14,6 @@ namespace ppdforge {
 
 namespace {
 
-constexpr const char* kProgram = "ppdforge";
-
 bool HasError(const AError& error) { return error.code != 0; }
 
 bool AlreadyReported(const std::vector<ACheckCommand::Failure>& failures, std::size_t from,
@@ -108,8 +106,7 @@ int ACheckCommand::Run(std::ostream& out, std::ostream& err) {
     AError error;
     AScopedRef<IPPD> ppd(APPDReader::Read(AQVString(file), &error, strict_));
     if (!ppd) {
-      err << kProgram << ": " << error.domain.UTF8() << " error " << error.code << ": "
-          << error.message.UTF8() << "\n";
+      PrintError(err, error);
       unreadable = true;
       continue;
     }
