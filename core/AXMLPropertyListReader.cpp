@@ -10,6 +10,7 @@
 
 #include "core/AArray.h"
 #include "core/ADictionary.h"
+#include "core/AWorkerPool.h"
 
 namespace com_qv_print_driver_core_cpp_util_v1 {
 
@@ -32,7 +33,34 @@ class Reader {
   bool ReadDocument(AValue& out) {
     // Checked once for the whole text, so that every string cut from it
     // (at ASCII delimiters) is valid too.
-    if (!IsValidUTF8(text_)) return false;
+    if (!IsValidUTF8(text_) || !ReadProlog()) return false;
+    AValue value;
+    if (!ReadValue(value, 0) || !ReadEpilog()) return false;
+    out = std::move(value);
+    return true;
+  }
+
+  // The members of the root dictionary before `stop`, which must be where
+  // one of them starts; the text before `stop` is checked alone.
+  bool ReadHead(std::size_t stop, ADictionary::Items& items) {
+    if (!IsValidUTF8(text_.substr(0, stop)) || !ReadProlog()) return false;
+    std::string_view tag;
+    bool empty = false;
+    if (!ReadOpenTag(tag, empty) || tag != "dict" || empty) return false;
+    return ReadMembers(0, stop, items) && position_ == stop;
+  }
+
+  // The members of the root dictionary from `start` on, the end of the
+  // document after them; the text from `start` on is checked alone.
+  bool ReadTail(std::size_t start, ADictionary::Items& items) {
+    if (!IsValidUTF8(text_.substr(start))) return false;
+    position_ = start;
+    return ReadMembers(0, std::string_view::npos, items) && ReadCloseTag("dict") && ReadEpilog();
+  }
+
+ private:
+  // Everything before the root value.
+  bool ReadProlog() {
     SkipSpace();
     if (Consume("<?xml")) {
       if (!SkipPast("?>")) return false;
@@ -51,17 +79,14 @@ class Reader {
     if (!Consume("<plist")) return false;
     if (position_ >= text_.size() || (!IsSpace(text_[position_]) && text_[position_] != '>')) return false;
     if (!SkipPast(">") || text_[position_ - 2] == '/') return false;
-    if (!SkipMisc()) return false;
-    AValue value;
-    if (!ReadValue(value, 0)) return false;
-    if (!SkipMisc()) return false;
-    if (!Consume("</plist>")) return false;
-    if (!SkipMisc() || position_ != text_.size()) return false;
-    out = std::move(value);
-    return true;
+    return SkipMisc();
   }
 
- private:
+  // Everything after the root value, up to the end.
+  bool ReadEpilog() {
+    return SkipMisc() && Consume("</plist>") && SkipMisc() && position_ == text_.size();
+  }
+
   bool AtEnd() const { return position_ >= text_.size(); }
   bool AtCloseTag() const {
     return text_.size() - position_ >= 2 && text_[position_] == '<' && text_[position_ + 1] == '/';
@@ -258,26 +283,32 @@ class Reader {
     return true;
   }
 
+  // Key and value pairs up to the close tag, or up to `stop` (where one
+  // must start).
+  bool ReadMembers(int depth, std::size_t stop, ADictionary::Items& items) {
+    for (;;) {
+      if (!SkipMisc()) return false;
+      if (position_ >= stop) return position_ == stop;
+      if (AtCloseTag()) return true;
+      std::string_view tag;
+      bool emptyKey = false;
+      // libplist refuses "<key/>".
+      if (!ReadOpenTag(tag, emptyKey) || tag != "key" || emptyKey) return false;
+      AQVString key;
+      if (!ReadString(tag, false, key)) return false;
+      if (!SkipMisc()) return false;
+      AValue item;
+      if (!ReadValue(item, depth + 1)) return false;
+      items.emplace_back(std::move(key), std::move(item));
+    }
+  }
+
   bool ReadDictionary(bool empty, int depth, AValue& out) {
     ADictionary::Items items;
     if (!empty) {
       // Most dictionaries of a product hold a few keys: one allocation.
       items.reserve(8);
-      for (;;) {
-        if (!SkipMisc()) return false;
-        if (AtCloseTag()) break;
-        std::string_view tag;
-        bool emptyKey = false;
-        // libplist refuses "<key/>".
-        if (!ReadOpenTag(tag, emptyKey) || tag != "key" || emptyKey) return false;
-        AQVString key;
-        if (!ReadString(tag, false, key)) return false;
-        if (!SkipMisc()) return false;
-        AValue item;
-        if (!ReadValue(item, depth + 1)) return false;
-        items.emplace_back(std::move(key), std::move(item));
-      }
-      if (!ReadCloseTag("dict")) return false;
+      if (!ReadMembers(depth, std::string_view::npos, items) || !ReadCloseTag("dict")) return false;
     }
     out = AValue(ADictionary::FromItems(std::move(items)));
     return true;
@@ -310,9 +341,39 @@ class Reader {
   std::size_t position_ = 0;
 };
 
+// Texts from this size on are read in two halves side by side when the
+// process has helper threads.
+constexpr std::size_t kSplitFrom = 64 * 1024;
+
+// Where a member of the root dictionary seems to start near the middle: a
+// key on a line of its own, indented once. Any other layout is read whole.
+std::size_t SplitPoint(std::string_view text) {
+  const std::size_t found = text.find("\n\t<key>", text.size() / 2);
+  return found == std::string_view::npos ? found : found + 2;
+}
+
 }  // namespace
 
 bool AXMLPropertyListReader::Read(std::string_view text, AValue& out) {
+  const std::size_t split = text.size() >= kSplitFrom ? SplitPoint(text) : std::string_view::npos;
+  if (split != std::string_view::npos && AWorkerPool::Shared().Threads() > 1) {
+    ADictionary::Items halves[2];
+    bool read[2] = {false, false};
+    AWorkerPool::Shared().ForEach(2, 2, [&](std::size_t half) {
+      read[half] = half == 0 ? Reader(text).ReadHead(split, halves[0])
+                             : Reader(text).ReadTail(split, halves[1]);
+    });
+    // The split is right when the first half ends exactly there; anything
+    // else (or a failure, whose exact place the whole reading tells) is read
+    // again as one.
+    if (read[0] && read[1]) {
+      ADictionary::Items& items = halves[0];
+      items.reserve(items.size() + halves[1].size());
+      std::move(halves[1].begin(), halves[1].end(), std::back_inserter(items));
+      out = AValue(ADictionary::FromItems(std::move(items)));
+      return true;
+    }
+  }
   return Reader(text).ReadDocument(out);
 }
 

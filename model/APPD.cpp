@@ -7,8 +7,11 @@
 #include <thread>
 
 #include "core/ASharedObject.h"
+#include "model/APPDGroup.h"
 #include "model/APPDLineWriter.h"
+#include "model/APPDPaperSize.h"
 #include "model/APPDStatement.h"
+#include "model/APPDTextPieces.h"
 #include "model/RKPPDConstants.h"
 
 namespace ppdforge {
@@ -348,105 +351,64 @@ void APPD::GetAdditionalLanguages(std::vector<AQVString>& out) const {
 
 // Text.
 
-bool APPD::WriteAttributes(const AQVString& name, AQVString& result, AError* error) const {
+void APPD::AddAttributePieces(const AQVString& name, APPDTextPieces& pieces) const {
   const auto it = attributes_.find(name);
-  return it == attributes_.end() || APPDLineWriter::AppendLines(result, it->second, error);
+  if (it == attributes_.end()) return;
+  pieces.AddWriter([&attributes = it->second](std::string& text, AError* error) {
+    AQVString lines;
+    if (!APPDLineWriter::AppendLines(lines, attributes, error)) return false;
+    text = lines.TakeUTF8();
+    return true;
+  });
 }
 
-bool APPD::WritePaperSizeBlocks(AQVString& result, AError* error) const {
+void APPD::AddPaperSizePieces(APPDTextPieces& pieces) const {
+  pieces.BeginUnit();
   const IPPDOption* pageSize = GetOptionWithID(kRKPPDPageSizeKeyword);
-  if (pageSize == nullptr) return true;
+  if (pageSize == nullptr) return;
 
-  AError local;
-  AQVString imageableArea;
-  AQVString paperDimension;
+  const std::vector<IPPDPaperSize*>& sizes = paperSizes_.Elements();
   const AQVString defaultSize = pageSize->GetDefaultChoice();
-  if (!defaultSize.IsEmpty()) {
-    imageableArea = APPDStatement(AQVString("Default") + kRKPPDImageableAreaSizeType, AQVString(),
-                                  AQVString(), defaultSize, kPPDStringValue, AQVString())
-                        .GetStringRepresentation(&local);
-    if (APPDLineWriter::Failed(local, error)) return false;
-    imageableArea += kRKPPDNewLine;
-    paperDimension = APPDStatement(AQVString("Default") + kRKPPDPaperDimensionSizeType,
-                                   AQVString(), AQVString(), defaultSize, kPPDStringValue,
-                                   AQVString())
-                         .GetStringRepresentation(&local);
-    if (APPDLineWriter::Failed(local, error)) return false;
-    paperDimension += kRKPPDNewLine;
-  }
-  for (IPPDPaperSize* paperSize : paperSizes_.Elements()) {
-    paperSize->SetSizeType(kRKPPDImageableAreaSizeType);
-    imageableArea += paperSize->GetStringRepresentation(&local);
-    if (APPDLineWriter::Failed(local, error)) return false;
-    imageableArea += kRKPPDNewLine;
-    paperSize->SetSizeType(kRKPPDPaperDimensionSizeType);
-    paperDimension += paperSize->GetStringRepresentation(&local);
-    if (APPDLineWriter::Failed(local, error)) return false;
-    paperDimension += kRKPPDNewLine;
-  }
-  result += imageableArea;
-  result += kRKPPDNewLine;
-  result += paperDimension;
-  result += kRKPPDNewLine;
-  return true;
-}
-
-bool APPD::WriteGroups(AQVString& result, AError* error) const {
-  const std::vector<IPPDGroup*>& groups = groups_.Elements();
-  // Each group, and the paper size blocks after the General group, is
-  // written on its own into its own text; the texts are then joined in order
-  // up to the first failure, where the serial loop would stop.
-  struct Piece {
-    const IPPDGroup* group = nullptr;  // null: the paper size blocks
-    AQVString text;
-    AError error;
-    bool failed = false;
-  };
-  std::vector<Piece> pieces;
-  pieces.reserve(groups.size() + 1);
-  for (const IPPDGroup* group : groups) {
-    pieces.push_back(Piece{group, {}, {}, false});
-    if (group->GetID() == kRKPPDGeneralGroupName) pieces.push_back(Piece{});
-  }
-  const auto write = [&](std::size_t index) {
-    Piece& piece = pieces[index];
-    piece.failed = piece.group != nullptr ? !APPDLineWriter::AppendLine(piece.text, *piece.group, &piece.error)
-                                          : !WritePaperSizeBlocks(piece.text, &piece.error);
-  };
-
-  const std::size_t threads = std::min<std::size_t>(renderThreads_, pieces.size());
-  if (threads <= 1) {
-    for (std::size_t i = 0; i < pieces.size(); ++i) {
-      write(i);
-      if (pieces[i].failed) break;
+  // Sizes are written in runs of this many, a piece each.
+  constexpr std::size_t kRun = 16;
+  for (const char* sizeType : {kRKPPDImageableAreaSizeType, kRKPPDPaperDimensionSizeType}) {
+    if (!defaultSize.IsEmpty()) {
+      AError local;
+      AQVString line = APPDStatement(AQVString("Default") + sizeType, AQVString(), AQVString(),
+                                     defaultSize, kPPDStringValue, AQVString())
+                           .GetStringRepresentation(&local);
+      if (local.code != 0) {
+        pieces.AddFailure(local);
+        return;
+      }
+      line += kRKPPDNewLine;
+      pieces.AddText(line.TakeUTF8());
     }
-  } else {
-    // Lookups fill their indexes on first use; fill them now, before the
-    // threads read them.
-    GetOptionWithID(AQVString(kRKPPDPageSizeKeyword));
-    std::atomic<std::size_t> next{0};
-    const auto work = [&] {
-      for (std::size_t i = next++; i < pieces.size(); i = next++) write(i);
-    };
-    std::vector<std::thread> helpers;
-    helpers.reserve(threads - 1);
-    for (std::size_t t = 1; t < threads; ++t) helpers.emplace_back(work);
-    work();
-    for (std::thread& helper : helpers) helper.join();
-  }
-
-  std::size_t length = result.ByteLength();
-  for (const Piece& piece : pieces) length += piece.text.ByteLength();
-  result.Reserve(length);
-  for (Piece& piece : pieces) {
-    result += piece.text;
-    piece.text = AQVString();
-    if (piece.failed) {
-      if (error != nullptr) *error = piece.error;
-      return false;
+    for (std::size_t first = 0; first < sizes.size(); first += kRun) {
+      const std::size_t last = std::min(sizes.size(), first + kRun);
+      pieces.AddWriter([&sizes, first, last, sizeType](std::string& text, AError* error) {
+        const AQVString type(sizeType);
+        for (std::size_t i = first; i < last; ++i) {
+          AError local;
+          // Written for either type without changing the size, so that both
+          // blocks may be written at once.
+          const auto* known = dynamic_cast<const APPDPaperSize*>(sizes[i]);
+          AQVString line;
+          if (known != nullptr) {
+            line = known->GetStringRepresentation(type, &local);
+          } else {
+            sizes[i]->SetSizeType(type);
+            line = sizes[i]->GetStringRepresentation(&local);
+          }
+          if (APPDLineWriter::Failed(local, error)) return false;
+          text += line.UTF8();
+          text += kRKPPDNewLine;
+        }
+        return true;
+      });
     }
+    pieces.AddText(kRKPPDNewLine);
   }
-  return true;
 }
 
 AQVString APPD::GetStringRepresentation(AError* error) const {
@@ -458,18 +420,46 @@ AQVString APPD::GetStringRepresentation(AError* error) const {
   } scope{*this};
   renderLanguages_ = &languages;
 
-  AQVString result;
-  for (const AQVString& name : attributeOrder_) {
-    if (name == kRKPPDIPPReasonKeyword) continue;
-    if (!WriteAttributes(name, result, error)) return result;
+  APPDTextPieces pieces;
+  // Nearly every piece needs the string table of every language, each read
+  // on its first use: read them side by side first.
+  if (localizer_ != nullptr && renderThreads_ > 1) {
+    std::vector<AQVString> all = languages.additional;
+    all.push_back(languages.main);
+    for (const AQVString& language : all) {
+      pieces.AddWriter([this, language](std::string&, AError*) {
+        localizer_->Localize(AQVString(), language);
+        return true;
+      });
+    }
   }
-  result += kRKPPDNewLine;
+  for (const AQVString& name : attributeOrder_) {
+    if (name != kRKPPDIPPReasonKeyword) AddAttributePieces(name, pieces);
+  }
+  pieces.AddText(kRKPPDNewLine);
+  for (const IPPDGroup* group : groups_.Elements()) {
+    pieces.BeginUnit();
+    APPDGroup::AddLinePieces(*group, pieces);
+    if (group->GetID() == kRKPPDGeneralGroupName) AddPaperSizePieces(pieces);
+  }
+  pieces.BeginUnit();
+  pieces.AddWriter([this](std::string& text, AError* failure) {
+    AQVString lines;
+    if (!APPDLineWriter::AppendLines(lines, constraints_.Elements(), failure)) return false;
+    text = lines.TakeUTF8();
+    return true;
+  });
+  AddAttributePieces(kRKPPDIPPReasonKeyword, pieces);
+  pieces.AddText(kRKPPDNewLine);
 
-  if (!WriteGroups(result, error)) return result;
-  if (!APPDLineWriter::AppendLines(result, constraints_.Elements(), error)) return result;
-
-  if (!WriteAttributes(kRKPPDIPPReasonKeyword, result, error)) return result;
-  result += kRKPPDNewLine;
+  // Lookups fill their indexes on first use; fill them now, before the
+  // threads read them.
+  GetOptionWithID(AQVString(kRKPPDPageSizeKeyword));
+  AQVString result;
+  pieces.WriteTo(result, renderThreads_, error);
+  for (IPPDPaperSize* paperSize : paperSizes_.Elements()) {
+    paperSize->SetSizeType(kRKPPDPaperDimensionSizeType);
+  }
   return result;
 }
 

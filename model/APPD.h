@@ -14,6 +14,8 @@
 
 namespace ppdforge {
 
+class APPDTextPieces;
+
 class APPD : public APPDCommentableObject<IPPD> {
  public:
   APPD();
@@ -110,14 +112,11 @@ class APPD : public APPDCommentableObject<IPPD> {
 
   // The languages as the attributes say, ignoring the render cache.
   Languages ReadLanguages() const;
-  // Appends the ImageableArea and PaperDimension blocks; false on an error.
-  bool WritePaperSizeBlocks(AQVString& result, AError* error) const;
-  // Appends the text of each attribute of `name` with an LF; false on an error.
-  bool WriteAttributes(const AQVString& name, AQVString& result, AError* error) const;
-  // The groups' lines, each group followed by the paper size blocks when it
-  // is the General group, as the serial loop writes them (on
-  // renderThreads_ threads); false on an error, with the text up to it.
-  bool WriteGroups(AQVString& result, AError* error) const;
+  // Adds the ImageableArea and PaperDimension blocks to `pieces` as a unit
+  // of its own, the sizes in runs of a piece each.
+  void AddPaperSizePieces(APPDTextPieces& pieces) const;
+  // Adds a piece with the text of each attribute of `name`, each with an LF.
+  void AddAttributePieces(const AQVString& name, APPDTextPieces& pieces) const;
 
   friend class APPDOwnedList<IPPDConstraint, APPD>;
   friend class APPDOwnedList<IPPDPaperSize, APPD, true>;

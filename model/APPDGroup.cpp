@@ -8,7 +8,9 @@
 
 #include "core/ASharedObject.h"
 #include "model/APPDLineWriter.h"
+#include "model/APPDOption.h"
 #include "model/APPDStatement.h"
+#include "model/APPDTextPieces.h"
 #include "model/IPPD.h"
 #include "model/RKPPDConstants.h"
 
@@ -96,9 +98,7 @@ IPPDLocalizer* APPDGroup::GetLocalizer() const {
   return ppd_ != nullptr ? ppd_->GetLocalizer() : nullptr;
 }
 
-AQVString APPDGroup::GetStringRepresentation(AError* error) const {
-  if (options_.Elements().empty() && subGroups_.Elements().empty()) return AQVString();
-
+bool APPDGroup::WriteHeading(std::string& result, AError* error) const {
   AQVString mainLanguage;
   std::vector<AQVString> languages;
   if (ppd_ != nullptr) {
@@ -108,48 +108,91 @@ AQVString APPDGroup::GetStringRepresentation(AError* error) const {
 
   AError local;
   const AQVString comment = APPDCommentable::GetStringRepresentation(&local);
-  if (APPDLineWriter::Failed(local, error)) return AQVString();
-  AQVString result;
-  if (!comment.IsEmpty()) {
-    result += comment;
-    result += kRKPPDNewLine;
-  }
-
-  const bool bare = id_ == kRKPPDGeneralGroupName;
-  AQVString close;
-  if (!bare) {
-    const AQVString open =
-        APPDStatement(isSubGroup_ ? "OpenSubGroup" : "OpenGroup", AQVString(), AQVString(), id_,
-                      kPPDStringValue, GetLocalizedString(mainLanguage))
-            .GetStringRepresentation(&local);
-    if (APPDLineWriter::Failed(local, error)) return AQVString();
-    close = APPDStatement(isSubGroup_ ? "CloseSubGroup" : "CloseGroup", AQVString(), AQVString(),
-                          id_, kPPDStringValue, AQVString())
-                .GetStringRepresentation(&local);
-    if (APPDLineWriter::Failed(local, error)) return AQVString();
-    if (open.IsEmpty() || close.IsEmpty()) return AQVString();
-
-    result += open;
-    result += kRKPPDNewLine;
-    if (!name_.IsEmpty()) {
-      for (const AQVString& language : languages) {
-        const APPDStatement translation(language + ".Translation", id_,
-                                        GetLocalizedString(language), AQVString(),
-                                        kPPDQuotedValue, AQVString());
-        if (!APPDLineWriter::AppendLine(result, translation, error)) return result;
-      }
+  if (APPDLineWriter::Failed(local, error)) return false;
+  std::string open;
+  if (id_ != kRKPPDGeneralGroupName) {
+    std::string close;
+    if (!APPDStatement::Append(open, isSubGroup_ ? "OpenSubGroup" : "OpenGroup", std::string_view(),
+                               std::string_view(), id_.UTF8(), kPPDStringValue,
+                               GetLocalizedString(mainLanguage).UTF8(), &local) ||
+        !APPDStatement::Append(close, CloseKeyword(), std::string_view(), std::string_view(),
+                               id_.UTF8(), kPPDStringValue, std::string_view(), &local)) {
+      APPDLineWriter::Failed(local, error);
+      return false;
     }
+  }
+  if (!comment.IsEmpty()) {
+    result += comment.UTF8();
     result += kRKPPDNewLine;
   }
+  if (open.empty()) return true;
+  result += open;
+  result += kRKPPDNewLine;
+  if (!name_.IsEmpty()) {
+    for (const AQVString& language : languages) {
+      if (!APPDStatement::Append(result, language.UTF8() + ".Translation", id_.UTF8(),
+                                 GetLocalizedString(language).UTF8(), std::string_view(),
+                                 kPPDQuotedValue, std::string_view(), &local)) {
+        APPDLineWriter::Failed(local, error);
+        return false;
+      }
+      result += kRKPPDNewLine;
+    }
+  }
+  result += kRKPPDNewLine;
+  return true;
+}
 
-  if (!APPDLineWriter::AppendLines(result, subGroups_.Elements(), error) ||
-      !APPDLineWriter::AppendLines(result, options_.Elements(), error)) {
-    return result;
+void APPDGroup::AddPieces(APPDTextPieces& pieces) const {
+  if (options_.Elements().empty() && subGroups_.Elements().empty()) return;
+  pieces.AddWriter(
+      [this](std::string& text, AError* error) { return WriteHeading(text, error); });
+  for (const IPPDGroup* group : subGroups_.Elements()) AddLinePieces(*group, pieces);
+  for (const IPPDOption* option : options_.Elements()) {
+    const std::size_t from = pieces.Size();
+    if (const auto* known = dynamic_cast<const APPDOption*>(option)) {
+      known->AddPieces(pieces);
+    } else {
+      pieces.AddWriter([option](std::string& text, AError* error) {
+        AError failure;
+        AQVString lines = option->GetStringRepresentation(&failure);
+        if (APPDLineWriter::Failed(failure, error)) return false;
+        text = lines.TakeUTF8();
+        return true;
+      });
+    }
+    pieces.AddLineEnd(from);
   }
-  if (!bare) {
-    result += close;
-    result += kRKPPDNewLine;
+  if (id_ == kRKPPDGeneralGroupName) return;
+  // The heading writer has checked the close line already.
+  std::string close;
+  APPDStatement::Append(close, CloseKeyword(), std::string_view(), std::string_view(), id_.UTF8(),
+                        kPPDStringValue, std::string_view(), nullptr);
+  close += kRKPPDNewLine;
+  pieces.AddText(std::move(close));
+}
+
+void APPDGroup::AddLinePieces(const IPPDGroup& group, APPDTextPieces& pieces) {
+  const std::size_t from = pieces.Size();
+  if (const auto* known = dynamic_cast<const APPDGroup*>(&group)) {
+    known->AddPieces(pieces);
+  } else {
+    pieces.AddWriter([&group](std::string& text, AError* error) {
+      AError local;
+      AQVString line = group.GetStringRepresentation(&local);
+      if (APPDLineWriter::Failed(local, error)) return false;
+      text = line.TakeUTF8();
+      return true;
+    });
   }
+  pieces.AddLineEnd(from);
+}
+
+AQVString APPDGroup::GetStringRepresentation(AError* error) const {
+  APPDTextPieces pieces;
+  AddPieces(pieces);
+  AQVString result;
+  pieces.WriteTo(result, 1, error);
   return result;
 }
 

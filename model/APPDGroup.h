@@ -3,6 +3,7 @@
 // translation lines, a blank line, the sub-groups, the options and the close
 // line. The group "General" writes its options bare.
 
+#include <string>
 #include <vector>
 
 #include "model/APPDLocalizableObject.h"
@@ -10,6 +11,8 @@
 #include "model/IPPDGroup.h"
 
 namespace ppdforge {
+
+class APPDTextPieces;
 
 class APPDGroup : public APPDLocalizableObject<IPPDGroup> {
  public:
@@ -29,6 +32,10 @@ class APPDGroup : public APPDLocalizableObject<IPPDGroup> {
   // the close line, each line ended by LF. On a statement error: the text
   // made so far (empty when the comment or a group line failed), *error set.
   AQVString GetStringRepresentation(AError* error) const override;
+  // Adds the pieces of the text of `group` followed by an LF (when it has
+  // text) to `pieces`: the heading, each sub-group and option on its own, the
+  // close line. A heading that fails becomes a failure piece.
+  static void AddLinePieces(const IPPDGroup& group, APPDTextPieces& pieces);
 
   AQVString GetID() const override { return id_; }
   void SetID(const AQVString& id) override { id_ = id; }
@@ -62,6 +69,14 @@ class APPDGroup : public APPDLocalizableObject<IPPDGroup> {
  private:
   friend class APPDOwnedList<IPPDOption, APPDGroup>;
   friend class APPDOwnedList<IPPDGroup, APPDGroup>;
+
+  // The pieces of this group's text, without the LF after it.
+  void AddPieces(APPDTextPieces& pieces) const;
+  // Appends the comment, heading and translation lines (the comment alone
+  // for the General group). False with *error set when one of them or the
+  // close line fails; the lines before a failing translation stay.
+  bool WriteHeading(std::string& result, AError* error) const;
+  const char* CloseKeyword() const { return isSubGroup_ ? "CloseSubGroup" : "CloseGroup"; }
 
   // Links a stored option or sub-group to this group, and undoes that.
   void Attach(IPPDOption* option) { option->SetGroup(this); }

@@ -15,6 +15,7 @@
 
 #include "core/ASharedObject.h"
 #include "model/APPDStatement.h"
+#include "model/APPDTextPieces.h"
 #include "model/IPPD.h"
 #include "model/IPPDGroup.h"
 #include "model/IPPDLocalizer.h"
@@ -207,9 +208,7 @@ AQVString APPDOption::MainLineTranslation(const APPDLocalizable& object,
   return AQVString();
 }
 
-AQVString APPDOption::GetStringRepresentation(AError* error) const {
-  if (choices_.empty()) return AQVString();
-
+bool APPDOption::WriteHeading(std::string& result, AError* error) const {
   AQVString mainLanguage;
   std::vector<AQVString> languages;
   if (IPPD* ppd = GetDocument()) {
@@ -235,14 +234,12 @@ AQVString APPDOption::GetStringRepresentation(AError* error) const {
       !APPDStatement::Append(defaultLine, "Default" + id_.UTF8(), std::string_view(), std::string_view(),
                              GetDefaultChoice().UTF8(), kPPDStringValue, std::string_view(), &local)) {
     Failed(local, error);
-    return AQVString();
+    return false;
   }
 
   const AQVString comment = APPDCommentable::GetStringRepresentation(&local);
-  if (Failed(local, error)) return AQVString();
-  std::string result;
-  result.reserve(open.size() + order.size() + defaultLine.size() + close.size() +
-                 (64 * (languages.size() + 1) + 96) * (choices_.size() + 1));
+  if (Failed(local, error)) return false;
+  result.reserve(open.size() + order.size() + defaultLine.size() + 64 * (languages.size() + 1));
   if (!comment.IsEmpty()) {
     result += comment.UTF8();
     result += kRKPPDNewLine;
@@ -259,7 +256,7 @@ AQVString APPDOption::GetStringRepresentation(AError* error) const {
       if (!APPDStatement::Append(result, translationKeyword, id_.UTF8(), text.UTF8(), std::string_view(),
                                  kPPDQuotedValue, std::string_view(), &local)) {
         Failed(local, error);
-        return AQVString::FromTrustedUTF8(std::move(result));
+        return false;
       }
       result += kRKPPDNewLine;
     }
@@ -268,16 +265,42 @@ AQVString APPDOption::GetStringRepresentation(AError* error) const {
   result += kRKPPDNewLine;
   result += defaultLine;
   result += kRKPPDNewLine;
+  return true;
+}
 
-  for (const IPPDChoice* choice : choices_) {
-    const AQVString text = choice->GetStringRepresentation(&local);
-    if (Failed(local, error)) return AQVString::FromTrustedUTF8(std::move(result));
-    result += text.UTF8();
-    result += kRKPPDNewLine;
+void APPDOption::AddPieces(APPDTextPieces& pieces) const {
+  if (choices_.empty()) return;
+  pieces.AddWriter(
+      [this](std::string& text, AError* error) { return WriteHeading(text, error); });
+  // Large options (the page sizes) are split, so that threads share them.
+  constexpr std::size_t kRun = 8;
+  for (std::size_t first = 0; first < choices_.size(); first += kRun) {
+    const std::size_t last = std::min(choices_.size(), first + kRun);
+    pieces.AddWriter([this, first, last](std::string& text, AError* error) {
+      for (std::size_t i = first; i < last; ++i) {
+        AError local;
+        const AQVString line = choices_[i]->GetStringRepresentation(&local);
+        if (Failed(local, error)) return false;
+        text += line.UTF8();
+        text += kRKPPDNewLine;
+      }
+      return true;
+    });
   }
-  result += close;
-  result += kRKPPDNewLine;
-  return AQVString::FromTrustedUTF8(std::move(result));
+  // The heading writer has checked the close line already.
+  std::string close;
+  APPDStatement::Append(close, "CloseUI", std::string_view(), std::string_view(),
+                        kRKPPDAsterisk + id_.UTF8(), kPPDStringValue, std::string_view(), nullptr);
+  close += kRKPPDNewLine;
+  pieces.AddText(std::move(close));
+}
+
+AQVString APPDOption::GetStringRepresentation(AError* error) const {
+  APPDTextPieces pieces;
+  AddPieces(pieces);
+  AQVString result;
+  pieces.WriteTo(result, 1, error);
+  return result;
 }
 
 IPPDOption* IPPDOption::Create(const AQVString& id, const AQVString& name,

@@ -13,6 +13,8 @@ namespace ppdforge {
 
 class IPPD;
 
+class APPDTextPieces;
+
 class APPDOption : public IPPDOption, public APPDCommentable, public APPDLocalizable {
  public:
   APPDOption(const AQVString& id, const AQVString& name, const AQVString& defaultChoice,
@@ -39,6 +41,9 @@ class APPDOption : public IPPDOption, public APPDCommentable, public APPDLocaliz
   // error: the text made so far (empty when one of the four fixed lines or
   // the comment failed), *error set.
   AQVString GetStringRepresentation(AError* error) const override;
+  // Adds the pieces of that text to `pieces`: the lines up to the default,
+  // the choices in runs, the close line. Nothing without choices.
+  void AddPieces(APPDTextPieces& pieces) const;
 
   AQVString GetID() const override { return id_; }
   void SetID(const AQVString& id) override { id_ = id; }
@@ -78,6 +83,9 @@ class APPDOption : public IPPDOption, public APPDCommentable, public APPDLocaliz
                                        std::vector<AQVString>& languages);
 
  private:
+  // Appends the comment, OpenUI, translation, OrderDependency and default
+  // lines; false with *error set when a line (or the close line) fails.
+  bool WriteHeading(std::string& result, AError* error) const;
   // The document reached through the group, or null.
   IPPD* GetDocument() const;
   // Index of the first choice with this ID, or choices_.size().

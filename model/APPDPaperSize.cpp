@@ -72,9 +72,10 @@ IPPDLocalizer* APPDPaperSize::GetLocalizer() const {
   return ppd_ != nullptr ? ppd_->GetLocalizer() : nullptr;
 }
 
-bool APPDPaperSize::IsValid() const {
-  return (sizeType_ == kRKPPDPaperDimensionSizeType ||
-          sizeType_ == kRKPPDImageableAreaSizeType) &&
+bool APPDPaperSize::IsValid() const { return IsWritable(sizeType_); }
+
+bool APPDPaperSize::IsWritable(const AQVString& sizeType) const {
+  return (sizeType == kRKPPDPaperDimensionSizeType || sizeType == kRKPPDImageableAreaSizeType) &&
          !id_.IsEmpty();
 }
 
@@ -85,7 +86,11 @@ bool APPDPaperSize::operator==(const IPPDPaperSize& other) const {
 }
 
 AQVString APPDPaperSize::GetStringRepresentation(AError* error) const {
-  if (!IsValid()) return AQVString();
+  return GetStringRepresentation(sizeType_, error);
+}
+
+AQVString APPDPaperSize::GetStringRepresentation(const AQVString& sizeType, AError* error) const {
+  if (!IsWritable(sizeType)) return AQVString();
 
   AQVString mainLanguage;
   std::vector<AQVString> languages;
@@ -96,7 +101,7 @@ AQVString APPDPaperSize::GetStringRepresentation(AError* error) const {
 
   // Member order is bottom, left, top, right edge.
   const AQVString value =
-      sizeType_ == kRKPPDPaperDimensionSizeType
+      sizeType == kRKPPDPaperDimensionSizeType
           ? FormatPoints({paperRect_.right, paperRect_.bottom})
           : FormatPoints({imageableRect_.left, imageableRect_.top, imageableRect_.right,
                           imageableRect_.bottom});
@@ -107,7 +112,7 @@ AQVString APPDPaperSize::GetStringRepresentation(AError* error) const {
   std::string result;
   // A line and one per language, of about this length: no regrowth.
   result.reserve(96 * (languages.size() + 1));
-  if (!APPDStatement::Append(result, sizeType_.UTF8(), id_.UTF8(), GetLocalizedString(mainLanguage).UTF8(),
+  if (!APPDStatement::Append(result, sizeType.UTF8(), id_.UTF8(), GetLocalizedString(mainLanguage).UTF8(),
                              value.UTF8(), kPPDQuotedValue, std::string_view(), &local)) {
     APPDLineWriter::Failed(local, error);
     return AQVString();
@@ -117,7 +122,7 @@ AQVString APPDPaperSize::GetStringRepresentation(AError* error) const {
   if (APPDLineWriter::Failed(local, error)) return AQVString();
   if (!comment.IsEmpty()) result.insert(0, comment.UTF8() + kRKPPDNewLine);
 
-  APPDLineWriter::AppendTranslationLines(result, *this, sizeType_.UTF8(), id_.UTF8(), languages,
+  APPDLineWriter::AppendTranslationLines(result, *this, sizeType.UTF8(), id_.UTF8(), languages,
                                          error);
   return AQVString::FromTrustedUTF8(std::move(result));
 }

@@ -27,6 +27,9 @@ class APPDPaperSize : public APPDLocalizableObject<IPPDPaperSize> {
   // per additional language. On a statement error: the text made so far
   // (empty when the main line or comment failed), *error set.
   AQVString GetStringRepresentation(AError* error) const override;
+  // The same text for the size type `sizeType` instead of the own one; the
+  // size itself is left as it is, so that both types may be written at once.
+  AQVString GetStringRepresentation(const AQVString& sizeType, AError* error) const;
 
   AQVString GetID() const override { return id_; }
   // Also tells the holding document that its ID index is out of date.
@@ -49,6 +52,8 @@ class APPDPaperSize : public APPDLocalizableObject<IPPDPaperSize> {
   bool operator!=(const IPPDPaperSize& other) const override { return !(*this == other); }
 
  private:
+  // A known size type and an ID.
+  bool IsWritable(const AQVString& sizeType) const;
   AQVString id_;
   AQVString name_;
   ARKMediaSizeRect paperRect_;

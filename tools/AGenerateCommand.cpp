@@ -1,7 +1,8 @@
 #include "tools/AGenerateCommand.h"
 
+#include "core/AWorkerPool.h"
+
 #include <CLI/CLI.hpp>
-#include <malloc.h>
 
 #include <cstdio>
 #include <memory>
@@ -106,10 +107,9 @@ int AGenerateCommand::Run(std::ostream& out, std::ostream& err) {
     };
     return ABatchGenerate::Run(products_, output_, one, err, ABatchGenerate::IsTerminal(err));
   }
-  // Each page of memory first touched costs a fault; the threads that write
-  // one document share the memory freed by its other parts instead of
-  // growing a heap each.
-  mallopt(M_ARENA_MAX, 1);
+  // The helpers start now, while the product is read, rather than when the
+  // work is first shared among them.
+  AWorkerPool::Shared().Reserve(std::thread::hardware_concurrency());
   return Generate(products_.front(), output_, out, err, true);
 }
 

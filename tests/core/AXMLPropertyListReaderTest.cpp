@@ -12,6 +12,7 @@
 #include "core/AArray.h"
 #include "core/ADictionary.h"
 #include "core/APropertyList.h"
+#include "core/AWorkerPool.h"
 #include "core/AXMLPropertyListReader.h"
 
 namespace ppdforge {
@@ -149,6 +150,38 @@ TEST(AXMLPropertyListReader, LeavesEverythingElseToLibplist) {
   ASSERT_TRUE(APropertyList::Parse(Document("<string>&#65;<![CDATA[<b>]]></string>"), out));
   ASSERT_NE(out.AsString(), nullptr);
   EXPECT_EQ(out.AsString()->UTF8(), "A<b>");
+}
+
+// Large texts are read in two halves side by side when the process has
+// helpers; the result must be the whole reading's, whether the place chosen
+// for the split is a member of the root or lies deeper.
+TEST(AXMLPropertyListReader, HalvesReadSideBySideGiveTheWholeReading) {
+  AWorkerPool::Shared().Reserve(2);
+  std::string filler;
+  for (int i = 0; i < 2000; ++i) filler += "\t\t<string>entry " + std::to_string(i) + " of the filler</string>\n";
+  const struct {
+    const char* name;
+    std::string inside;  // at the end of the first member, which fills the first half
+    std::string tail;    // the members after it
+    bool readable;
+  } cases[] = {
+      {"MemberAfterTheMiddle", "", "\t<key>b</key>\n\t<integer>1</integer>\n\t<key>a</key>\n\t<true/>\n", true},
+      {"KeyLookalikeDeeper", "\t\t<dict>\n\t<key>c</key>\n\t<string>x</string>\n\t\t</dict>\n",
+       "\t<key>b</key>\n\t<integer>1</integer>\n", true},
+      {"BadTextAfterTheSplit", "", "\t<key>b</key>\n\t<string>\xC3\x28</string>\n", false},
+      {"UnclosedAfterTheSplit", "", "\t<key>b</key>\n\t<array>\n", false},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    const std::string text =
+        Document("<dict>\n\t<key>a</key>\n\t<array>\n" + filler + c.inside + "\t</array>\n" + c.tail + "</dict>");
+    ASSERT_GT(text.size(), 64u * 1024);
+    AValue value;
+    EXPECT_EQ(AXMLPropertyListReader::Read(text, value), c.readable);
+    if (c.readable) {
+      EXPECT_EQ(Dump(value), Dump(ReadWithLibplist(text)));
+    }
+  }
 }
 
 }  // namespace
