@@ -153,13 +153,7 @@ void APPDGroup::AddPieces(APPDTextPieces& pieces) const {
     if (const auto* known = dynamic_cast<const APPDOption*>(option)) {
       known->AddPieces(pieces);
     } else {
-      pieces.AddWriter([option](std::string& text, AError* error) {
-        AError failure;
-        AQVString lines = option->GetStringRepresentation(&failure);
-        if (APPDLineWriter::Failed(failure, error)) return false;
-        text = lines.TakeUTF8();
-        return true;
-      });
+      pieces.AddWriter(APPDTextPieces::TextOf(*option));
     }
     pieces.AddLineEnd(from);
   }
@@ -177,23 +171,13 @@ void APPDGroup::AddLinePieces(const IPPDGroup& group, APPDTextPieces& pieces) {
   if (const auto* known = dynamic_cast<const APPDGroup*>(&group)) {
     known->AddPieces(pieces);
   } else {
-    pieces.AddWriter([&group](std::string& text, AError* error) {
-      AError local;
-      AQVString line = group.GetStringRepresentation(&local);
-      if (APPDLineWriter::Failed(local, error)) return false;
-      text = line.TakeUTF8();
-      return true;
-    });
+    pieces.AddWriter(APPDTextPieces::TextOf(group));
   }
   pieces.AddLineEnd(from);
 }
 
 AQVString APPDGroup::GetStringRepresentation(AError* error) const {
-  APPDTextPieces pieces;
-  AddPieces(pieces);
-  AQVString result;
-  pieces.WriteTo(result, 1, error);
-  return result;
+  return APPDTextPieces::WriteAlone(*this, error);
 }
 
 IPPDGroup* IPPDGroup::Create(const AQVString& id, const AQVString& name,

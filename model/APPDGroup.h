@@ -36,6 +36,8 @@ class APPDGroup : public APPDLocalizableObject<IPPDGroup> {
   // text) to `pieces`: the heading, each sub-group and option on its own, the
   // close line. A heading that fails becomes a failure piece.
   static void AddLinePieces(const IPPDGroup& group, APPDTextPieces& pieces);
+  // The pieces of this group's text, without the LF after it.
+  void AddPieces(APPDTextPieces& pieces) const;
 
   AQVString GetID() const override { return id_; }
   void SetID(const AQVString& id) override { id_ = id; }
@@ -70,8 +72,6 @@ class APPDGroup : public APPDLocalizableObject<IPPDGroup> {
   friend class APPDOwnedList<IPPDOption, APPDGroup>;
   friend class APPDOwnedList<IPPDGroup, APPDGroup>;
 
-  // The pieces of this group's text, without the LF after it.
-  void AddPieces(APPDTextPieces& pieces) const;
   // Appends the comment, heading and translation lines (the comment alone
   // for the General group). False with *error set when one of them or the
   // close line fails; the lines before a failing translation stay.

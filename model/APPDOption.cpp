@@ -296,11 +296,7 @@ void APPDOption::AddPieces(APPDTextPieces& pieces) const {
 }
 
 AQVString APPDOption::GetStringRepresentation(AError* error) const {
-  APPDTextPieces pieces;
-  AddPieces(pieces);
-  AQVString result;
-  pieces.WriteTo(result, 1, error);
-  return result;
+  return APPDTextPieces::WriteAlone(*this, error);
 }
 
 IPPDOption* IPPDOption::Create(const AQVString& id, const AQVString& name,

@@ -30,6 +30,33 @@ class APPDTextPieces {
   // An LF when any piece from the mark `from` up to here has text.
   void AddLineEnd(std::size_t from);
 
+  // A writer of the text of `object` (anything with GetStringRepresentation,
+  // borrowed: it must outlive the writing).
+  template <class Object>
+  static Writer TextOf(const Object& object) {
+    return [&object](std::string& text, AError* error) {
+      AError local;
+      AQVString written = object.GetStringRepresentation(&local);
+      if (local.code != 0) {
+        if (error != nullptr) *error = local;
+        return false;
+      }
+      text = written.TakeUTF8();
+      return true;
+    };
+  }
+
+  // The text of the pieces that `object.AddPieces` adds, written on the
+  // calling thread (the text so far and *error set on a failure).
+  template <class Object>
+  static AQVString WriteAlone(const Object& object, AError* error) {
+    APPDTextPieces pieces;
+    object.AddPieces(pieces);
+    AQVString result;
+    pieces.WriteTo(result, 1, error);
+    return result;
+  }
+
   // Writes the pieces on `threads` threads (the caller's among them) and
   // appends their texts in order to `result`, up to the unit of the first
   // failure. False with *error set on a failure.
