@@ -20,8 +20,20 @@ using Entry = std::pair<AQVString, AValue>;
 
 bool KeyLess(const Entry& entry, std::string_view key) { return std::string_view(entry.first.UTF8()) < key; }
 
+// Up to this many entries a scan that compares sizes first is quicker than
+// a binary search: keys of one dictionary often share long prefixes
+// ("paperRectTop", "paperRectLeft") but rarely a size.
+constexpr std::size_t kScanUpTo = 16;
+
 // The entry of `key` in sorted `items`, or null.
 const Entry* Find(const ADictionary::Items& items, std::string_view key) {
+  if (items.size() <= kScanUpTo) {
+    for (const Entry& entry : items) {
+      const std::string& have = entry.first.UTF8();
+      if (have.size() == key.size() && std::string_view(have) == key) return &entry;
+    }
+    return nullptr;
+  }
   const auto found = std::lower_bound(items.begin(), items.end(), key, KeyLess);
   return found != items.end() && std::string_view(found->first.UTF8()) == key ? &*found : nullptr;
 }

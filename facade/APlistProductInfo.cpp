@@ -10,6 +10,7 @@
 
 #include "core/AFormatter.h"
 #include "core/APropertyList.h"
+#include "core/AWorkerPool.h"
 #include "core/RKPPDMessages.h"
 
 namespace ppdforge {
@@ -434,7 +435,14 @@ std::shared_ptr<APlistProductInfo> APlistProductInfo::FromDictionary(const ADict
                                                                      const AQVString& sourceName,
                                                                      AError* error) {
   const Shapes& shapes = KnownShapes();
-  const Checker checker(sourceName, error);
+  struct Pending {
+    const AQVString* key;
+    const AValue* value;
+    const Shape* shape;
+    AError error;
+    bool good = true;
+  };
+  std::vector<Pending> pending;
   std::vector<AQVString> warnings;
   for (const auto& [key, value] : root) {
     const Member* known = nullptr;
@@ -449,7 +457,19 @@ std::shared_ptr<APlistProductInfo> APlistProductInfo::FromDictionary(const ADict
           AFormatter::FormatTrusted(messages::kProductUnknownKeyWarning, {sourceName, key}));
       continue;
     }
-    if (!checker.Check(value, *known->shape, key)) return nullptr;
+    pending.push_back({&key, &value, known->shape, AError(), true});
+  }
+  // The members are checked side by side when the process has helpers; the
+  // first problem in key order is the one reported, as in a single walk.
+  AWorkerPool& pool = AWorkerPool::Shared();
+  pool.ForEach(pending.size(), pool.Threads(), [&](std::size_t i) {
+    Pending& member = pending[i];
+    member.good = Checker(sourceName, &member.error).Check(*member.value, *member.shape, *member.key);
+  });
+  for (Pending& member : pending) {
+    if (member.good) continue;
+    if (error != nullptr) *error = std::move(member.error);
+    return nullptr;
   }
   return std::shared_ptr<APlistProductInfo>(
       new APlistProductInfo(root, sourceName, std::move(warnings)));

@@ -2,11 +2,15 @@
 
 #include <cups/ppd.h>
 
+#include <algorithm>
+#include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "core/AFormatter.h"
 #include "core/ARKMediaSizeRect.h"
+#include "core/AWorkerPool.h"
 #include "core/RKPPDMessages.h"
 #include "model/IPPD.h"
 #include "model/IPPDChoice.h"
@@ -52,6 +56,59 @@ bool FlagFor(const ADictionary& media, const char* key) {
   return value != nullptr && value->BoolValue();
 }
 
+constexpr std::size_t kSizesPerBlock = 16;
+
+// One media size with its choice and paper size, made without the document;
+// `present` is false for entries that are not sizes and for the custom size.
+struct PreparedSize {
+  PreparedSize() = default;
+  PreparedSize(const PreparedSize&) = delete;
+  PreparedSize& operator=(const PreparedSize&) = delete;
+  ~PreparedSize() {
+    ReleaseObject(choice);
+    ReleaseObject(paperSize);
+  }
+
+  bool present = false;
+  AQVString name;
+  AQVString ppdName;
+  // Owned; null when it could not be made (adding it then fails).
+  IPPDChoice* choice = nullptr;
+  IPPDPaperSize* paperSize = nullptr;
+};
+
+void Prepare(const AValue& element, PreparedSize& out) {
+  ADictionary media;
+  if (!element.GetDictionary(media)) return;
+  if (FlagFor(media, kRKPPDPageSizeIsCustomSizeKey)) return;
+
+  out.present = true;
+  out.name = media.GetString(kRKPPDCommonCodeNameKey);
+  out.ppdName = media.GetString(kRKPPDPageSizePPDNameKey);
+  const double paperTop = NumberFor(media, kRKPPDPageSizePaperRectTopKey);
+  const double paperLeft = NumberFor(media, kRKPPDPageSizePaperRectLeftKey);
+  const double paperBottom = NumberFor(media, kRKPPDPageSizePaperRectBottomKey);
+  const double paperRight = NumberFor(media, kRKPPDPageSizePaperRectRightKey);
+  const double pageLeft = NumberFor(media, kRKPPDPageSizePageRectLeftKey);
+  const double pageBottom = NumberFor(media, kRKPPDPageSizePageRectBottomKey);
+  const double pageRight = NumberFor(media, kRKPPDPageSizePageRectRightKey);
+
+  const bool borderless = FlagFor(media, kRKPPDPageSizeSupportsFullBleedKey);
+  const double scaleFactor = borderless ? NumberFor(media, kRKPPDPageSizeOversprayScaleFactorKey) : 0;
+  const double width = paperRight - paperLeft;
+  const double height = paperBottom - paperTop;
+  out.choice = IPPDChoice::Create(out.ppdName, out.name,
+                                  PageSizeCode(width, height, borderless, scaleFactor), "");
+
+  const ARKMediaSizeRect paperRect = RKMediaSizeRectMake(0, 0, height, width);
+  // The third number is the raw paper bottom and the page top plays no part:
+  // drivers' imageable areas have always been computed this way.
+  const ARKMediaSizeRect imageableRect =
+      RKMediaSizeRectMake(paperBottom - pageBottom, pageLeft - paperLeft, paperBottom,
+                          pageRight - paperLeft);
+  out.paperSize = IPPDPaperSize::Create(out.ppdName, out.name, paperRect, imageableRect, "");
+}
+
 }  // namespace
 
 bool APPDPageSizesGenerator::IsApplicable() const { return true; }
@@ -78,51 +135,35 @@ bool APPDPageSizesGenerator::Generate(AError* error) {
                                                        PPD_UI_PICKONE, {}, ""));
   if (!pageSize || !pageRegion) return false;
 
-  for (const AValue& element : mediaList) {
-    ADictionary media;
-    if (!element.GetDictionary(media)) continue;
-    if (FlagFor(media, kRKPPDPageSizeIsCustomSizeKey)) continue;
+  // Reading the sizes and making their objects is most of the work and
+  // touches no document, so blocks of sizes are made side by side; they are
+  // added in their order afterwards.
+  std::vector<PreparedSize> sizes(mediaList.Count());
+  AWorkerPool& pool = AWorkerPool::Shared();
+  pool.ForEach((sizes.size() + kSizesPerBlock - 1) / kSizesPerBlock, pool.Threads(),
+               [&](std::size_t block) {
+                 const std::size_t end = std::min(sizes.size(), (block + 1) * kSizesPerBlock);
+                 for (std::size_t i = block * kSizesPerBlock; i < end; ++i) {
+                   Prepare(mediaList[i], sizes[i]);
+                 }
+               });
 
-    const AQVString name = media.GetString(kRKPPDCommonCodeNameKey);
-    const AQVString ppdName = media.GetString(kRKPPDPageSizePPDNameKey);
-    const double paperTop = NumberFor(media, kRKPPDPageSizePaperRectTopKey);
-    const double paperLeft = NumberFor(media, kRKPPDPageSizePaperRectLeftKey);
-    const double paperBottom = NumberFor(media, kRKPPDPageSizePaperRectBottomKey);
-    const double paperRight = NumberFor(media, kRKPPDPageSizePaperRectRightKey);
-    const double pageLeft = NumberFor(media, kRKPPDPageSizePageRectLeftKey);
-    const double pageBottom = NumberFor(media, kRKPPDPageSizePageRectBottomKey);
-    const double pageRight = NumberFor(media, kRKPPDPageSizePageRectRightKey);
-
-    const bool borderless = FlagFor(media, kRKPPDPageSizeSupportsFullBleedKey);
-    const double scaleFactor = borderless ? NumberFor(media, kRKPPDPageSizeOversprayScaleFactorKey) : 0;
-    const double width = paperRight - paperLeft;
-    const double height = paperBottom - paperTop;
-    const AQVString code = PageSizeCode(width, height, borderless, scaleFactor);
-
-    AScopedRef<IPPDChoice> choice(IPPDChoice::Create(ppdName, name, code, ""));
+  for (const PreparedSize& size : sizes) {
+    if (!size.present) continue;
     // PageSize keeps a copy; PageRegion holds the choice itself.
-    if (pageSize->AddChoice(choice.get(), true) == nullptr) {
-      return messages::Report(error, messages::kCannotAddPageSize, {ppdName, name});
+    if (pageSize->AddChoice(size.choice, true) == nullptr) {
+      return messages::Report(error, messages::kCannotAddPageSize, {size.ppdName, size.name});
     }
-    if (pageRegion->AddChoice(choice.get(), false) == nullptr) {
-      return messages::Report(error, messages::kCannotAddPageRegion, {ppdName, name});
+    if (pageRegion->AddChoice(size.choice, false) == nullptr) {
+      return messages::Report(error, messages::kCannotAddPageRegion, {size.ppdName, size.name});
     }
     // The user-visible name is what "defaultChoice" holds; the last match wins.
-    if (name == defaultChoice) {
-      pageSize->SetDefaultChoice(ppdName);
-      pageRegion->SetDefaultChoice(ppdName);
+    if (size.name == defaultChoice) {
+      pageSize->SetDefaultChoice(size.ppdName);
+      pageRegion->SetDefaultChoice(size.ppdName);
     }
-
-    const ARKMediaSizeRect paperRect = RKMediaSizeRectMake(0, 0, height, width);
-    // The third number is the raw paper bottom and the page top plays no part:
-    // drivers' imageable areas have always been computed this way.
-    const ARKMediaSizeRect imageableRect =
-        RKMediaSizeRectMake(paperBottom - pageBottom, pageLeft - paperLeft, paperBottom,
-                            pageRight - paperLeft);
-    AScopedRef<IPPDPaperSize> paperSize(
-        IPPDPaperSize::Create(ppdName, name, paperRect, imageableRect, ""));
-    if (ppd->AddPaperSize(paperSize.get(), false) == nullptr) {
-      return messages::Report(error, messages::kCannotAddPageSize, {ppdName, name});
+    if (ppd->AddPaperSize(size.paperSize, false) == nullptr) {
+      return messages::Report(error, messages::kCannotAddPageSize, {size.ppdName, size.name});
     }
   }
 

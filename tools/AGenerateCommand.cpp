@@ -4,6 +4,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <filesystem>
@@ -17,6 +19,7 @@
 #include "facade/APlistProductInfo.h"
 #include "facade/ARKPPDConcreteGenerator.h"
 #include "tools/AAtomicFileWriter.h"
+#include "tools/AHeapPrefaulter.h"
 #include "tools/ABatchGenerate.h"
 
 namespace ppdforge {
@@ -24,6 +27,22 @@ namespace ppdforge {
 namespace {
 
 constexpr const char* kProgram = ICommand::kProgram;
+
+// A generation's heap grows with its product file and with every language
+// of the PPD (a string table and a part of the text); these two measures,
+// taken from large products, cover most of it.
+constexpr std::uintmax_t kHeapPerProductByte = 8;
+constexpr std::size_t kHeapPerLanguage = 128 << 10;
+constexpr std::uintmax_t kLargestPrefault = 16 << 20;
+
+// About the heap that generating `product` in `languages` languages uses.
+std::size_t ExpectedHeap(const std::string& product, std::size_t languages) {
+  std::error_code failed;
+  const std::uintmax_t size = std::filesystem::file_size(product, failed);
+  const std::uintmax_t fromFile = failed ? 0 : size * kHeapPerProductByte;
+  return static_cast<std::size_t>(
+      std::min(kLargestPrefault, fromFile + std::max<std::size_t>(languages, 1) * kHeapPerLanguage));
+}
 
 bool HasError(const AError& error) { return !error.domain.IsEmpty(); }
 
@@ -110,6 +129,7 @@ int AGenerateCommand::Run(std::ostream& out, std::ostream& err) {
   // The helpers start now, while the product is read, rather than when the
   // work is first shared among them.
   AWorkerPool::Shared().Reserve(std::thread::hardware_concurrency());
+  AHeapPrefaulter::Start(AWorkerPool::Shared(), ExpectedHeap(products_.front(), languages_.size()));
   return Generate(products_.front(), output_, out, err, true);
 }
 

@@ -17,6 +17,7 @@
 
 #include "core/APropertyList.h"
 #include "core/AStringsTable.h"
+#include "core/AWorkerPool.h"
 #include "facade/APlistProductInfo.h"
 #include "facade/ARKPPDConcreteGenerator.h"
 #include "support/GeneratorTestSupport.h"
@@ -336,6 +337,20 @@ INSTANTIATE_TEST_SUITE_P(EveryKnownKey, HostileWrongType, ::testing::ValuesIn(Wr
 TEST(HostileDescription, TheCompleteDescriptionItselfLoads) {
   AError error;
   EXPECT_NE(Load(EveryKeyProduct(), &error), nullptr) << error.message;
+}
+
+// The members of a description are checked side by side when the process
+// has helper threads; of several problems the first in key order is the one
+// reported, as in a single walk.
+TEST(HostileDescription, OfSeveralProblemsTheFirstInKeyOrderIsReported) {
+  AWorkerPool::Shared().Reserve(4);
+  const ADictionary twoWrong = With(With(EveryKeyProduct(), "product.modelName", 5), "colorProfiles[0].name", 6);
+  for (int run = 0; run < 20; ++run) {
+    AError error;
+    EXPECT_EQ(Load(twoWrong, &error), nullptr);
+    EXPECT_EQ(testing::Describe(error),
+              Error(5, "hostile.plist: colorProfiles[0].name is an integer, expected a string"));
+  }
 }
 
 // Keys that the loader does not know (features, generator-specific entry

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "core/ASharedObject.h"
+#include "core/AWorkerPool.h"
 #include "engine/IPPDGenerator.h"
 #include "engine/IPPDObjectGenerator.h"
 #include "generators/APPDCustomPageSizeGenerator.h"
@@ -93,6 +94,32 @@ TEST_F(PageSizeGeneratorTest, SizesAndCodesFromThePaperRectangles) {
 
 // The default is matched by name, the last match winning; a PPD name
 // matches nothing, and an option without a default reports its first choice.
+// Long lists are made in blocks on the pool's threads; the sizes keep their
+// order, the custom size and entries that are not dictionaries are skipped
+// wherever they stand, and the last name that matches the default wins.
+TEST_F(PageSizeGeneratorTest, LongListsKeepTheirOrderOnSeveralThreads) {
+  AWorkerPool::Shared().Reserve(4);
+  AArray media;
+  std::vector<std::string> expected;
+  for (int i = 0; i < 70; ++i) {
+    const std::string id = "S" + std::to_string(i);
+    if (i == 17) media.Append(AValue("not a size"));
+    if (i == 33) media.Append(With(Media("Custom", "Custom", 0, 0), "isCustomMediaSize", true));
+    const char* name = i % 20 == 5 ? "Pick" : id.c_str();
+    media.Append(Media(id.c_str(), name, 100 + i, 200 + i));
+    expected.push_back(id);
+  }
+  Run(media, "Pick");
+  ASSERT_TRUE(ok_);
+  std::vector<std::string> choices, papers;
+  for (const IPPDChoice* choice : Option("PageRegion")->GetChoices()) choices.push_back(choice->GetID().UTF8());
+  for (const IPPDPaperSize* paper : Doc()->GetPaperSizes()) papers.push_back(paper->GetID().UTF8());
+  EXPECT_EQ(choices, expected);
+  EXPECT_EQ(papers, expected);
+  EXPECT_EQ(Option("PageSize")->GetDefaultChoice(), "S65");
+  EXPECT_EQ(Code(69), "<</PageSize[169.00 269.00] /ImagingBBox null>> setpagedevice");
+}
+
 TEST_F(PageSizeGeneratorTest, DefaultIsMatchedByName) {
   Run(AArray{Media("A4", "A4", 595, 842), Media("Letter", "Letter", 612, 792),
              Media("LetterSmall", "Letter", 612, 792)},
