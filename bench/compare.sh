@@ -8,7 +8,8 @@
 # PPDFORGE defaults to build/ppdforge, ANCHOR to ../shared/bench-anchor next to
 # the repository. Environment: ROUNDS (default 7) rounds of RUNS (default 3)
 # runs; in each round ppdc runs first, then ppdforge, so that both see the
-# same machine load. Prints the median wall time of each tool and their ratio,
+# same machine load; CASES (e.g. "1,3") keeps only those cases, numbered as
+# printed by default (1 English ... 6 the 20 models in 8 languages, hidden). Prints the median wall time of each tool and their ratio,
 # the median CPU time (user + system, per round; steadier than the wall time
 # on a busy machine) and its ratio, and the peak memory (maximum resident set
 # size, from /usr/bin/time -v).
@@ -101,7 +102,10 @@ peak() {
 
 printf '%-46s %11s %11s %7s %11s %11s %7s %10s %10s\n' "case" "ppdc" "ppdforge" "ratio" \
   "ppdc cpu" "ours cpu" "ratio" "ppdc mem" "ours mem"
+number=0
 for entry in "${cases[@]}"; do
+  number=$((number + 1))
+  if [ -n "${CASES:-}" ] && [[ ",$CASES," != *",$number,"* ]]; then continue; fi
   IFS='|' read -r name environment ppdc_command ours_command <<<"$entry"
   # shellcheck disable=SC2086
   in_anchor "$environment" $ppdc_command >/dev/null
