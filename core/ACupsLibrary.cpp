@@ -1,9 +1,8 @@
 #include "core/ACupsLibrary.h"
 
-#include <dlfcn.h>
-
-#include <cstdlib>
 #include <mutex>
+
+#include "core/ASharedLibrary.h"
 
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
@@ -20,49 +19,31 @@ constexpr const char* kDefaultLibraryName = "libcups.so.2";
 // those of the process locale.
 constexpr int kLoadAllLocalizations = 3;
 
-template <class Function>
-bool Resolve(void* handle, const char* name, Function& function, std::string& problem) {
-  function = reinterpret_cast<Function>(dlsym(handle, name));
-  if (function != nullptr) return true;
-  if (problem.empty()) problem = std::string("the function ") + name + " is missing in " + ACupsLibrary::LibraryName();
-  return false;
-}
-
 }  // namespace
 
-std::string ACupsLibrary::LibraryName() {
-  const char* configured = std::getenv("PPDFORGE_LIBCUPS");
-  return configured != nullptr && *configured != '\0' ? configured : kDefaultLibraryName;
-}
+std::string ACupsLibrary::LibraryName() { return ASharedLibrary::NameFrom("PPDFORGE_LIBCUPS", kDefaultLibraryName); }
 
 const ACupsLibrary* ACupsLibrary::Get(std::string* problem) {
   static std::once_flag once;
   static ACupsLibrary* library = nullptr;
   static std::string failure;
   std::call_once(once, [] {
-    const std::string name = LibraryName();
-    void* handle = dlopen(name.c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (handle == nullptr) {
-      const char* reason = dlerror();
-      failure = "libcups (" + name + ") cannot be loaded: " + (reason != nullptr ? reason : "unknown reason") +
-                "; install the package libcups2";
-      return;
-    }
+    ASharedLibrary shared;
+    if (!shared.Open("libcups", LibraryName(), "libcups2", failure)) return;
     auto* loaded = new ACupsLibrary();
-    bool complete = Resolve(handle, "ppdOpenFile", loaded->openFile_, failure);
-    complete = Resolve(handle, "ppdClose", loaded->close_, failure) && complete;
-    complete = Resolve(handle, "ppdSetConformance", loaded->setConformance_, failure) && complete;
-    complete = Resolve(handle, "ppdLastError", loaded->lastError_, failure) && complete;
-    complete = Resolve(handle, "ppdErrorString", loaded->errorString_, failure) && complete;
+    bool complete = shared.Resolve("ppdOpenFile", loaded->openFile_, failure);
+    complete = shared.Resolve("ppdClose", loaded->close_, failure) && complete;
+    complete = shared.Resolve("ppdSetConformance", loaded->setConformance_, failure) && complete;
+    complete = shared.Resolve("ppdLastError", loaded->lastError_, failure) && complete;
+    complete = shared.Resolve("ppdErrorString", loaded->errorString_, failure) && complete;
     if (!complete) {
       delete loaded;
-      dlclose(handle);
+      shared.Close();
       return;
     }
     // Optional: older or other builds may not export it.
-    loaded->openFileLocalized_ =
-        reinterpret_cast<OpenFileLocalizedFunction>(dlsym(handle, "_ppdOpenFile"));
-    // The handle stays open for the life of the process, as the functions do.
+    std::string optional;
+    shared.Resolve("_ppdOpenFile", loaded->openFileLocalized_, optional);
     library = loaded;
   });
   if (library == nullptr && problem != nullptr) *problem = failure;

@@ -1,3 +1,18 @@
+#include "core/AICULibrary.h"
+
+#include <unicode/uvernum.h>
+
+#if defined(PPDFORGE_STATIC_PROGRAM)
+
+namespace com_qv_print_driver_core_cpp_util_v1 {
+
+// The program holds ICU itself (the static tool): nothing to load.
+bool AICULibrary::Load(std::string*) { return true; }
+
+}  // namespace com_qv_print_driver_core_cpp_util_v1
+
+#else
+
 // The forwarders below define ICU's own function names; hidden, they serve
 // this library only and never stand in for ICU elsewhere (ICU's internal
 // calls included).
@@ -5,13 +20,10 @@
 #include <unicode/ucnv.h>
 #include <unicode/ucnv_err.h>
 #include <unicode/uloc.h>
-#include <unicode/uvernum.h>
-
-#include "core/AICULibrary.h"
-
-#include <dlfcn.h>
 
 #include <mutex>
+
+#include "core/ASharedLibrary.h"
 
 namespace com_qv_print_driver_core_cpp_util_v1 {
 
@@ -35,14 +47,6 @@ struct Functions {
   decltype(&::ucnv_toUChars) toUChars = nullptr;
 };
 
-template <class Function>
-void Resolve(void* handle, const char* name, Function& function, std::string& problem) {
-  function = reinterpret_cast<Function>(dlsym(handle, name));
-  if (function == nullptr && problem.empty()) {
-    problem = std::string("the function ") + name + " is missing in " + AICULibrary::LibraryName();
-  }
-}
-
 struct Loaded {
   const Functions* functions = nullptr;
   std::string failure;
@@ -52,28 +56,23 @@ const Loaded& Load() {
   static Loaded loaded;
   static std::once_flag once;
   std::call_once(once, [] {
-    const std::string name = AICULibrary::LibraryName();
-    void* handle = dlopen(name.c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (handle == nullptr) {
-      const char* reason = dlerror();
-      loaded.failure = "ICU (" + name + ") cannot be loaded: " + (reason != nullptr ? reason : "unknown reason");
-      return;
-    }
-    auto* functions = new Functions();
+    ASharedLibrary shared;
     std::string& problem = loaded.failure;
-    Resolve(handle, PPDFORGE_ICU_NAME(uloc_canonicalize), functions->canonicalize, problem);
-    Resolve(handle, PPDFORGE_ICU_NAME(uloc_getLanguage), functions->getLanguage, problem);
-    Resolve(handle, PPDFORGE_ICU_NAME(uloc_getDisplayLanguage), functions->getDisplayLanguage, problem);
-    Resolve(handle, PPDFORGE_ICU_NAME(uloc_getDisplayName), functions->getDisplayName, problem);
-    Resolve(handle, PPDFORGE_ICU_NAME(ucnv_open), functions->open, problem);
-    Resolve(handle, PPDFORGE_ICU_NAME(ucnv_close), functions->close, problem);
-    Resolve(handle, PPDFORGE_ICU_NAME(ucnv_setToUCallBack), functions->setToUCallBack, problem);
-    Resolve(handle, PPDFORGE_ICU_NAME(UCNV_TO_U_CALLBACK_STOP), functions->toUCallbackStop, problem);
-    Resolve(handle, PPDFORGE_ICU_NAME(ucnv_resetToUnicode), functions->resetToUnicode, problem);
-    Resolve(handle, PPDFORGE_ICU_NAME(ucnv_toUChars), functions->toUChars, problem);
+    if (!shared.Open("ICU", AICULibrary::LibraryName(), "", problem)) return;
+    auto* functions = new Functions();
+    shared.Resolve(PPDFORGE_ICU_NAME(uloc_canonicalize), functions->canonicalize, problem);
+    shared.Resolve(PPDFORGE_ICU_NAME(uloc_getLanguage), functions->getLanguage, problem);
+    shared.Resolve(PPDFORGE_ICU_NAME(uloc_getDisplayLanguage), functions->getDisplayLanguage, problem);
+    shared.Resolve(PPDFORGE_ICU_NAME(uloc_getDisplayName), functions->getDisplayName, problem);
+    shared.Resolve(PPDFORGE_ICU_NAME(ucnv_open), functions->open, problem);
+    shared.Resolve(PPDFORGE_ICU_NAME(ucnv_close), functions->close, problem);
+    shared.Resolve(PPDFORGE_ICU_NAME(ucnv_setToUCallBack), functions->setToUCallBack, problem);
+    shared.Resolve(PPDFORGE_ICU_NAME(UCNV_TO_U_CALLBACK_STOP), functions->toUCallbackStop, problem);
+    shared.Resolve(PPDFORGE_ICU_NAME(ucnv_resetToUnicode), functions->resetToUnicode, problem);
+    shared.Resolve(PPDFORGE_ICU_NAME(ucnv_toUChars), functions->toUChars, problem);
     if (!problem.empty()) {
       delete functions;
-      dlclose(handle);
+      shared.Close();
       return;
     }
     // The handle stays open for the life of the process, as the functions do.
@@ -96,8 +95,6 @@ bool AICULibrary::Load(std::string* problem) {
   if (loaded.functions == nullptr && problem != nullptr) *problem = loaded.failure;
   return loaded.functions != nullptr;
 }
-
-std::string AICULibrary::LibraryName() { return std::string("libicuuc.so.") + U_ICU_VERSION_SHORT; }
 
 }  // namespace com_qv_print_driver_core_cpp_util_v1
 
@@ -165,3 +162,11 @@ U_CAPI int32_t U_EXPORT2 ucnv_toUChars(UConverter* cnv, UChar* dest, int32_t des
   const Functions* icu = Get(pErrorCode);
   return icu == nullptr ? 0 : icu->toUChars(cnv, dest, destCapacity, src, srcLength, pErrorCode);
 }
+
+#endif  // PPDFORGE_STATIC_PROGRAM
+
+namespace com_qv_print_driver_core_cpp_util_v1 {
+
+std::string AICULibrary::LibraryName() { return std::string("libicuuc.so.") + U_ICU_VERSION_SHORT; }
+
+}  // namespace com_qv_print_driver_core_cpp_util_v1

@@ -10,7 +10,8 @@
 // Using a further ICU function means adding its forwarder there; the link
 // names the missing one. Without ICU every forwarder fails with
 // U_MISSING_RESOURCE_ERROR (a close does nothing), which the callers treat
-// as "no answer".
+// as "no answer". A program that links ICU itself (the static tool) builds
+// this file with PPDFORGE_STATIC_PROGRAM, and the calls go straight to ICU.
 
 #include <string>
 
@@ -20,6 +21,7 @@ class AICULibrary {
  public:
   // Whether libicuuc is loaded, loading it on the first call (thread-safe);
   // false with the reason in *problem (when non-null) when it cannot be.
+  // Always true where ICU is linked in.
   static bool Load(std::string* problem = nullptr);
 
   // The file that is loaded: "libicuuc.so.N" of the ICU headers' version N.

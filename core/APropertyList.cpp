@@ -6,18 +6,15 @@
 
 #include <cerrno>
 
-#include <plist/plist.h>
-
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <limits>
-#include <memory>
 #include <system_error>
 #include <vector>
 
 #include "core/AArray.h"
 #include "core/ADictionary.h"
+#include "core/APlistLibrary.h"
 #include "core/AXMLPropertyListReader.h"
 
 namespace com_qv_print_driver_core_cpp_util_v1 {
@@ -27,13 +24,25 @@ namespace {
 constexpr int kMaxDepth = 256;
 constexpr std::string_view kBinaryMagic = "bplist00";
 
-struct PlistFree {
-  void operator()(plist_t node) const { plist_free(node); }
-};
-using PlistPtr = std::unique_ptr<void, PlistFree>;
+// Owns what libplist hands over: a node tree, or plain memory.
+class PlistOwner {
+ public:
+  PlistOwner(const APlistLibrary& plist, void* memory, bool node) : plist_(plist), memory_(memory), node_(node) {}
+  PlistOwner(const PlistOwner&) = delete;
+  PlistOwner& operator=(const PlistOwner&) = delete;
+  ~PlistOwner() {
+    if (memory_ == nullptr) return;
+    if (node_) {
+      plist_.freeNode(memory_);
+    } else {
+      plist_.Release(memory_);
+    }
+  }
 
-struct MallocFree {
-  void operator()(void* p) const { std::free(p); }
+ private:
+  const APlistLibrary& plist_;
+  void* memory_;
+  bool node_;
 };
 
 void SetProblem(AQVString* problem, const AQVString& text) {
@@ -239,17 +248,17 @@ bool CheckXMLNesting(std::string_view text, AQVString* problem) {
 
 // libplist keeps integers as 64-bit unsigned values with a hidden sign; its
 // XML writer shows the sign, so a value above INT64_MAX is asked there.
-bool ReadInteger(plist_t node, std::int64_t& out) {
+bool ReadInteger(const APlistLibrary& plist, plist_t node, std::int64_t& out) {
   std::uint64_t value = 0;
-  plist_get_uint_val(node, &value);
+  plist.unsignedValue(node, &value);
   if (value <= static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())) {
     out = static_cast<std::int64_t>(value);
     return true;
   }
   char* xml = nullptr;
   std::uint32_t length = 0;
-  plist_to_xml(node, &xml, &length);
-  std::unique_ptr<char, MallocFree> owner(xml);
+  plist.toXML(node, &xml, &length);
+  const PlistOwner owner(plist, xml, false);
   if (xml == nullptr) return false;
   const std::string_view text(xml, length);
   const std::size_t open = text.find("<integer>");
@@ -268,17 +277,17 @@ bool ReadString(const char* bytes, std::size_t length, AQVString& out, AQVString
   return true;
 }
 
-bool Convert(plist_t node, int depth, AValue& out, AQVString* problem) {
-  switch (plist_get_node_type(node)) {
+bool Convert(const APlistLibrary& plist, plist_t node, int depth, AValue& out, AQVString* problem) {
+  switch (plist.nodeType(node)) {
     case PLIST_BOOLEAN: {
       std::uint8_t value = 0;
-      plist_get_bool_val(node, &value);
+      plist.boolValue(node, &value);
       out = AValue(value != 0);
       return true;
     }
     case PLIST_UINT: {
       std::int64_t value = 0;
-      if (!ReadInteger(node, value)) {
+      if (!ReadInteger(plist, node, value)) {
         SetProblem(problem, "an integer in the property list is out of the signed 64-bit range");
         return false;
       }
@@ -287,14 +296,14 @@ bool Convert(plist_t node, int depth, AValue& out, AQVString* problem) {
     }
     case PLIST_REAL: {
       double value = 0;
-      plist_get_real_val(node, &value);
+      plist.realValue(node, &value);
       out = AValue(value);
       return true;
     }
     case PLIST_STRING:
     case PLIST_KEY: {
       std::uint64_t length = 0;
-      const char* bytes = plist_get_string_ptr(node, &length);
+      const char* bytes = plist.stringBytes(node, &length);
       AQVString text;
       if (!ReadString(bytes, static_cast<std::size_t>(length), text, problem)) return false;
       out = AValue(text);
@@ -302,14 +311,14 @@ bool Convert(plist_t node, int depth, AValue& out, AQVString* problem) {
     }
     case PLIST_DATA: {
       std::uint64_t length = 0;
-      const char* bytes = plist_get_data_ptr(node, &length);
+      const char* bytes = plist.dataBytes(node, &length);
       out = AValue::Data(bytes == nullptr ? std::string() : std::string(bytes, static_cast<std::size_t>(length)));
       return true;
     }
     case PLIST_DATE: {
       std::int32_t seconds = 0;
       std::int32_t microseconds = 0;
-      plist_get_date_val(node, &seconds, &microseconds);
+      plist.dateValue(node, &seconds, &microseconds);
       out = AValue::Date(static_cast<double>(seconds) + static_cast<double>(microseconds) / 1e6);
       return true;
     }
@@ -320,14 +329,14 @@ bool Convert(plist_t node, int depth, AValue& out, AQVString* problem) {
       }
       AArray array;
       plist_array_iter iterator = nullptr;
-      plist_array_new_iter(node, &iterator);
-      std::unique_ptr<void, MallocFree> owner(iterator);
+      plist.newArrayIterator(node, &iterator);
+      const PlistOwner owner(plist, iterator, false);
       while (true) {
         plist_t item = nullptr;
-        plist_array_next_item(node, iterator, &item);
+        plist.nextArrayItem(node, iterator, &item);
         if (item == nullptr) break;
         AValue value;
-        if (!Convert(item, depth + 1, value, problem)) return false;
+        if (!Convert(plist, item, depth + 1, value, problem)) return false;
         array.Append(value);
       }
       out = AValue(array);
@@ -340,18 +349,18 @@ bool Convert(plist_t node, int depth, AValue& out, AQVString* problem) {
       }
       ADictionary::Items items;
       plist_dict_iter iterator = nullptr;
-      plist_dict_new_iter(node, &iterator);
-      std::unique_ptr<void, MallocFree> owner(iterator);
+      plist.newDictionaryIterator(node, &iterator);
+      const PlistOwner owner(plist, iterator, false);
       while (true) {
         char* key = nullptr;
         plist_t item = nullptr;
-        plist_dict_next_item(node, iterator, &key, &item);
-        std::unique_ptr<char, MallocFree> keyOwner(key);
+        plist.nextDictionaryItem(node, iterator, &key, &item);
+        const PlistOwner keyOwner(plist, key, false);
         if (item == nullptr) break;
         AQVString keyText;
         if (!ReadString(key, key == nullptr ? 0 : std::strlen(key), keyText, problem)) return false;
         AValue value;
-        if (!Convert(item, depth + 1, value, problem)) return false;
+        if (!Convert(plist, item, depth + 1, value, problem)) return false;
         items.emplace_back(std::move(keyText), std::move(value));
       }
       out = AValue(ADictionary::FromItems(std::move(items)));
@@ -380,19 +389,25 @@ bool APropertyList::Parse(std::string_view data, AValue& out, AQVString* problem
   // the checked libplist path below.
   if (!binary && AXMLPropertyListReader::Read(data, out)) return true;
   if (binary ? !BinaryScan(data).Check(problem) : !CheckXMLNesting(data, problem)) return false;
+  std::string unavailable;
+  const APlistLibrary* plist = APlistLibrary::Get(&unavailable);
+  if (plist == nullptr) {
+    SetProblem(problem, AQVString(unavailable));
+    return false;
+  }
   plist_t root = nullptr;
   if (binary) {
-    plist_from_bin(data.data(), static_cast<std::uint32_t>(data.size()), &root);
+    plist->fromBinary(data.data(), static_cast<std::uint32_t>(data.size()), &root);
   } else {
-    plist_from_xml(data.data(), static_cast<std::uint32_t>(data.size()), &root);
+    plist->fromXML(data.data(), static_cast<std::uint32_t>(data.size()), &root);
   }
-  PlistPtr owner(root);
+  const PlistOwner owner(*plist, root, true);
   if (root == nullptr) {
     SetProblem(problem, kNotAPropertyList);
     return false;
   }
   AValue value;
-  if (!Convert(root, 0, value, problem)) return false;
+  if (!Convert(*plist, root, 0, value, problem)) return false;
   out = std::move(value);
   return true;
 }

@@ -6,7 +6,7 @@ set -euo pipefail
 packages=(
   g++ make cmake pkg-config
   libplist-dev libicu-dev libfmt-dev libcli11-dev zlib1g-dev
-  libcups2-dev cups-client cups-ppdc
+  libcups2-dev cups-client cups-ppdc strace
   googletest libgtest-dev libbenchmark-dev
   clang libclang-rt-14-dev
 )

@@ -128,17 +128,43 @@ TEST(GenerateCommandOutput, ReplacesTheFileAndKeepsItsPermissions) {
 }
 
 TEST(GenerateCommandOutput, DoesNotLoadLibcups) {
-  if (!ProcessRunner::IsInstalled("ldd")) GTEST_SKIP() << "ldd is not installed";
-  const ProcessResult result = ProcessRunner::Run("ldd", {PPDFORGE_TOOL_PATH});
-  ASSERT_EQ(result.exitCode, 0) << result.err;
-  EXPECT_EQ(result.out.find("libcups"), std::string::npos) << result.out;
-  // Nor is it opened later, while generating.
+  // Not among a dynamic tool's libraries (a static tool has none).
+  const ProcessResult linked = ProcessRunner::Run("ldd", {PPDFORGE_TOOL_PATH});
+  EXPECT_EQ(linked.out.find("libcups"), std::string::npos) << linked.out;
+  // Nor opened later, while generating.
+  if (!ProcessRunner::IsInstalled("strace")) GTEST_SKIP() << "strace is not installed";
   TemporaryDirectory directory;
+  const std::string product = directory.Write("p.plist", Xml(SmallProduct()));
+  const std::string trace = directory.File("trace");
   const ProcessResult run = ProcessRunner::Run(
-      "env", {"LD_DEBUG=libs", PPDFORGE_TOOL_PATH, "generate", directory.Write("p.plist", Xml(SmallProduct()))});
+      "strace", {"-f", "-e", "trace=openat", "-o", trace, PPDFORGE_TOOL_PATH, "generate", product});
   ASSERT_EQ(run.exitCode, 0) << run.err;
-  EXPECT_NE(run.err.find("calling init"), std::string::npos) << "LD_DEBUG reported nothing";
-  EXPECT_EQ(run.err.find("libcups"), std::string::npos) << run.err;
+  const std::string opened = ReadFile(trace);
+  EXPECT_NE(opened.find(product), std::string::npos) << "strace saw no files opened:\n" << opened;
+  EXPECT_EQ(opened.find("libcups"), std::string::npos) << opened;
+}
+
+// libplist is loaded only for binary property lists; without it they are an
+// input error that says why, and XML products are read all the same.
+TEST(GenerateCommandOutput, NeedsLibplistOnlyForBinaryProducts) {
+  TemporaryDirectory directory;
+  const std::string binary = directory.Write("p.bplist", PropertyListBytes(SmallProduct(), true));
+  const std::string xml = directory.Write("p.plist", Xml(SmallProduct()));
+  const std::string missingLibrary = "PPDFORGE_LIBPLIST=libppdforge-no-such-library.so.3";
+  ProcessResult result = ProcessRunner::Run("env", {missingLibrary, PPDFORGE_TOOL_PATH, "generate", binary});
+  EXPECT_EQ(result.exitCode, 2);
+  EXPECT_EQ(result.err.rfind(kError + "5: " + binary +
+                                 ": cannot read the product description: libplist "
+                                 "(libppdforge-no-such-library.so.3) cannot be loaded: ",
+                             0),
+            0U)
+      << result.err;
+  EXPECT_NE(result.err.find("; install the package libplist3\n"), std::string::npos) << result.err;
+  EXPECT_EQ(result.out, "");
+  result = ProcessRunner::Run("env", {missingLibrary, PPDFORGE_TOOL_PATH, "generate", xml});
+  EXPECT_EQ(result.exitCode, 0) << result.err;
+  EXPECT_EQ(result.out, SmallText());
+  EXPECT_EQ(ProcessRunner::RunTool({"generate", binary}).out, SmallText());
 }
 
 std::string SingleGeneration(const std::vector<std::string>& options) {
