@@ -1,8 +1,10 @@
 #include "model/APPDLocalizer.h"
 
+#include <algorithm>
 #include <array>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <mutex>
 #include <optional>
 #include <shared_mutex>
@@ -87,6 +89,35 @@ std::filesystem::path UnlocalizedResource(const ABundle& bundle, const AQVString
          (TableNameOrDefault(tableName).UTF8() + "." + kStringsType);
 }
 
+using Entries = std::vector<std::pair<AQVString, AQVString>>;
+
+bool ReadTable(const std::filesystem::path& url, Entries& entries) {
+  std::string bytes;
+  return ReadFileBytes(url, bytes) && AStringsTable::ParseEntries(bytes, entries);
+}
+
+// Tables read ahead of use (IPPDLocalizer::ReadAhead), until a localizer
+// takes them.
+struct ReadAheadStore {
+  std::mutex mutex;
+  std::map<std::filesystem::path, Entries> tables;
+};
+
+ReadAheadStore& TablesReadAhead() {
+  static ReadAheadStore store;
+  return store;
+}
+
+bool TakeReadAhead(const std::filesystem::path& url, Entries& entries) {
+  ReadAheadStore& store = TablesReadAhead();
+  std::lock_guard lock(store.mutex);
+  const auto found = store.tables.find(url);
+  if (found == store.tables.end()) return false;
+  entries = std::move(found->second);
+  store.tables.erase(found);
+  return true;
+}
+
 }  // namespace
 
 IPPDLocalizer* IPPDLocalizer::Create() { return CreateSharedObject<APPDLocalizer>(); }
@@ -99,6 +130,30 @@ AQVString IPPDLocalizer::GetLocaleID(const AQVString& language) {
 AQVString IPPDLocalizer::GetLocalizationName(const AQVString& localeID) {
   static NameCache cache;
   return cache.Get(localeID, ComputeLocalizationName);
+}
+
+std::vector<std::filesystem::path> IPPDLocalizer::TablesForLanguages(const AQVString& bundlePath,
+                                                                     const AQVString& tableName,
+                                                                     const std::vector<AQVString>& languages) {
+  std::vector<std::filesystem::path> files;
+  if (bundlePath.IsEmpty()) return files;
+  const std::optional<ABundle> bundle = ABundle::Open(std::filesystem::path(bundlePath.UTF8()));
+  if (!bundle) return files;
+  std::vector<AQVString> wanted;
+  wanted.reserve(languages.size());
+  for (const AQVString& language : languages) wanted.push_back(GetLocaleID(language));
+  for (auto& [localeID, url] : APPDLocalizer::BundleTables(*bundle, tableName)) {
+    if (std::find(wanted.begin(), wanted.end(), localeID) != wanted.end()) files.push_back(std::move(url));
+  }
+  return files;
+}
+
+void IPPDLocalizer::ReadAhead(const std::filesystem::path& path) {
+  Entries entries;
+  if (!ReadTable(path, entries)) return;
+  ReadAheadStore& store = TablesReadAhead();
+  std::lock_guard lock(store.mutex);
+  store.tables.insert_or_assign(path, std::move(entries));
 }
 
 APPDLocalizer::APPDLocalizer() : current_(tables_.end()) { Initialize(); }
@@ -148,10 +203,8 @@ void APPDLocalizer::ReadPending(Locale& locale) {
   std::lock_guard lock(locale.reading);
   if (locale.pending.empty()) return;
   for (const std::filesystem::path& url : locale.pending) {
-    std::string bytes;
-    if (!ReadFileBytes(url, bytes)) continue;
-    std::vector<std::pair<AQVString, AQVString>> entries;
-    if (!AStringsTable::ParseEntries(bytes, entries)) continue;
+    Entries entries;
+    if (!TakeReadAhead(url, entries) && !ReadTable(url, entries)) continue;
     locale.tables.push_back(std::move(entries));
     // Earlier tables win over later ones, and within a table the last entry
     // of a key wins: the entries are indexed backwards, first come first kept.
@@ -164,7 +217,9 @@ void APPDLocalizer::ReadPending(Locale& locale) {
   locale.pending.clear();
 }
 
-void APPDLocalizer::LoadStrings(const ABundle& bundle, const AQVString& tableName) {
+std::vector<std::pair<AQVString, std::filesystem::path>> APPDLocalizer::BundleTables(const ABundle& bundle,
+                                                                                     const AQVString& tableName) {
+  std::vector<std::pair<AQVString, std::filesystem::path>> files;
   const std::vector<AQVString> localizations = bundle.GetLocalizationNames();
   if (localizations.empty()) {
     std::filesystem::path url =
@@ -172,14 +227,18 @@ void APPDLocalizer::LoadStrings(const ABundle& bundle, const AQVString& tableNam
     // Without localization folders the table lies in the resources folder
     // itself, where a bundle lookup finds it as well.
     if (!IsFile(url)) url = UnlocalizedResource(bundle, tableName);
-    if (IsFile(url)) AddLocalizationToTable(AQVString(kDefaultLocaleID), url);
-    return;
+    if (IsFile(url)) files.emplace_back(AQVString(kDefaultLocaleID), std::move(url));
+    return files;
   }
   for (const AQVString& localization : localizations) {
-    const AQVString localeID = GetLocaleID(localization);
-    const std::filesystem::path url = GetLocalizedResourceURL(bundle, tableName, localization);
-    if (IsFile(url)) AddLocalizationToTable(localeID, url);
+    std::filesystem::path url = GetLocalizedResourceURL(bundle, tableName, localization);
+    if (IsFile(url)) files.emplace_back(GetLocaleID(localization), std::move(url));
   }
+  return files;
+}
+
+void APPDLocalizer::LoadStrings(const ABundle& bundle, const AQVString& tableName) {
+  for (const auto& [localeID, url] : BundleTables(bundle, tableName)) AddLocalizationToTable(localeID, url);
 }
 
 void APPDLocalizer::LoadStrings(const AQVString& bundlePath, const AQVString& tableName) {

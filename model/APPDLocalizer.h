@@ -32,6 +32,11 @@ class APPDLocalizer : public IPPDLocalizer {
   void SetCurrentLocaleID(const AQVString& language) override;
   void GetPossibleLocales(std::vector<AQVString>& localeIDs) const override;
 
+  // Every table file of the bundle with its locale identifier, in the
+  // order LoadStrings queues them.
+  static std::vector<std::pair<AQVString, std::filesystem::path>> BundleTables(const ABundle& bundle,
+                                                                              const AQVString& tableName);
+
  private:
   // The tables of one locale. Files are read when the locale is first
   // asked for (a generation in English never reads the other languages);

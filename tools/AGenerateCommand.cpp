@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "core/AError.h"
+#include "model/IPPDLocalizer.h"
 #include "model/RKPPDConstants.h"
 #include "facade/APlistProductInfo.h"
 #include "facade/ARKPPDConcreteGenerator.h"
@@ -28,6 +29,8 @@ namespace ppdforge {
 namespace {
 
 constexpr const char* kProgram = ICommand::kProgram;
+// The main language of a PPD whose product and command line name none.
+constexpr const char* kDefaultLanguage = "en";
 
 // A generation's heap grows with its product file and with every language
 // of the PPD (a string table and a part of the text); these two measures,
@@ -113,6 +116,26 @@ AGenerateCommand::AGenerateCommand(CLI::App& program) {
 
 bool AGenerateCommand::WasSelected() const { return command_->parsed(); }
 
+std::function<bool()> AGenerateCommand::IdleWork(AArena::Range heap) const {
+  // The string tables of the requested languages, which the writing needs
+  // right after the build, then the heap's pages.
+  std::vector<AQVString> languages{AQVString(mainLanguage_.empty() ? kDefaultLanguage : mainLanguage_)};
+  for (const std::string& language : languages_) languages.emplace_back(language);
+  std::vector<std::filesystem::path> tables;
+  for (const std::string& bundle : bundles_) {
+    for (std::filesystem::path& table : IPPDLocalizer::TablesForLanguages(AQVString(bundle), AQVString(), languages)) {
+      tables.push_back(std::move(table));
+    }
+  }
+  return [tables = std::move(tables), next = std::size_t{0}, heapSteps = AHeapPrefaulter::Steps(heap)]() mutable {
+    if (next < tables.size()) {
+      IPPDLocalizer::ReadAhead(tables[next++]);
+      return true;
+    }
+    return heapSteps && heapSteps();
+  };
+}
+
 int AGenerateCommand::Run(std::ostream& out, std::ostream& err) {
   std::error_code ignored;
   if (products_.size() > 1 || (!output_.empty() && std::filesystem::is_directory(output_, ignored))) {
@@ -132,7 +155,7 @@ int AGenerateCommand::Run(std::ostream& out, std::ostream& err) {
   // The helpers start now, while the product is read, rather than when the
   // work is first shared among them.
   AWorkerPool::Shared().Reserve(std::thread::hardware_concurrency());
-  AHeapPrefaulter::Start(AWorkerPool::Shared(), heap);
+  AWorkerPool::Shared().SetIdleWork(IdleWork(heap));
   return Generate(products_.front(), output_, out, err, true);
 }
 

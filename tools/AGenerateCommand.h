@@ -4,9 +4,11 @@
 // one product description, or of several into the directory OUTPUT
 // (tools/ABatchGenerate.h).
 
+#include <functional>
 #include <string>
 #include <vector>
 
+#include "tools/AArena.h"
 #include "tools/ICommand.h"
 
 namespace CLI {
@@ -37,6 +39,9 @@ class AGenerateCommand final : public ICommand {
   // batch already uses every core, and frees each product as it goes).
   int Generate(const std::string& product, const std::string& output, std::ostream& out,
                std::ostream& err, bool alone) const;
+  // What the pool's idle helper does during a single generation: it reads
+  // the requested languages' string tables ahead, then faults `heap` in.
+  std::function<bool()> IdleWork(AArena::Range heap) const;
 
   CLI::App* command_ = nullptr;
   std::vector<std::string> products_;

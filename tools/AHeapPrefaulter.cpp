@@ -23,26 +23,26 @@ constexpr std::uintptr_t kStep = 64 << 10;
 
 }  // namespace
 
-void AHeapPrefaulter::Start(AWorkerPool& pool, AArena::Range range) {
+std::function<bool()> AHeapPrefaulter::Steps(AArena::Range range) {
   const long pageSize = sysconf(_SC_PAGESIZE);
-  if (range.begin == range.end || pageSize <= 0) return;
+  if (range.begin == range.end || pageSize <= 0) return {};
   const auto page = static_cast<std::uintptr_t>(pageSize);
   const std::uintptr_t begin = reinterpret_cast<std::uintptr_t>(range.begin) & ~(page - 1);
   const std::uintptr_t end = reinterpret_cast<std::uintptr_t>(range.end) & ~(page - 1);
-  if (begin >= end) return;
-  pool.SetIdleWork([next = begin, end]() mutable {
+  if (begin >= end) return {};
+  return [next = begin, end]() mutable {
     const std::size_t length = std::min(kStep, end - next);
     // Populating never changes what the pages hold, so the main thread may
     // use them meanwhile; a kernel without it (before 5.14) ends the work.
     if (madvise(reinterpret_cast<void*>(next), length, MADV_POPULATE_WRITE) != 0) return false;
     next += length;
     return next < end;
-  });
+  };
 }
 
 #else
 
-void AHeapPrefaulter::Start(AWorkerPool&, AArena::Range) {}
+std::function<bool()> AHeapPrefaulter::Steps(AArena::Range) { return {}; }
 
 #endif
 
