@@ -118,21 +118,34 @@ bool AGenerateCommand::WasSelected() const { return command_->parsed(); }
 
 std::function<bool()> AGenerateCommand::IdleWork(AArena::Range heap) const {
   // The string tables of the requested languages, which the writing needs
-  // right after the build, then the heap's pages.
+  // right after the build, then the heap's pages. Even finding the tables
+  // is left to the helper.
   std::vector<AQVString> languages{AQVString(mainLanguage_.empty() ? kDefaultLanguage : mainLanguage_)};
   for (const std::string& language : languages_) languages.emplace_back(language);
-  std::vector<std::filesystem::path> tables;
-  for (const std::string& bundle : bundles_) {
-    for (std::filesystem::path& table : IPPDLocalizer::TablesForLanguages(AQVString(bundle), AQVString(), languages)) {
-      tables.push_back(std::move(table));
-    }
-  }
-  return [tables = std::move(tables), next = std::size_t{0}, heapSteps = AHeapPrefaulter::Steps(heap)]() mutable {
-    if (next < tables.size()) {
-      IPPDLocalizer::ReadAhead(tables[next++]);
+  struct Work {
+    std::vector<std::string> bundles;
+    std::vector<AQVString> languages;
+    std::vector<std::filesystem::path> tables;
+    std::size_t nextTable = 0;
+    std::function<bool()> heapSteps;
+  };
+  auto work = std::make_shared<Work>(Work{bundles_, std::move(languages), {}, 0, AHeapPrefaulter::Steps(heap)});
+  return [work]() {
+    if (!work->bundles.empty()) {
+      for (const std::string& bundle : work->bundles) {
+        for (std::filesystem::path& table :
+             IPPDLocalizer::TablesForLanguages(AQVString(bundle), AQVString(), work->languages)) {
+          work->tables.push_back(std::move(table));
+        }
+      }
+      work->bundles.clear();
       return true;
     }
-    return heapSteps && heapSteps();
+    if (work->nextTable < work->tables.size()) {
+      IPPDLocalizer::ReadAhead(work->tables[work->nextTable++]);
+      return true;
+    }
+    return work->heapSteps && work->heapSteps();
   };
 }
 

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <iostream>
 #include <memory>
+#include <string_view>
 #include <vector>
 
 #include "tools/ACheckCommand.h"
@@ -39,10 +40,15 @@ int main(int argc, char** argv) {
   program.set_version_flag("--version", std::string("ppdforge ") + PPDFORGE_VERSION);
   program.require_subcommand(1);
 
+  // A run names its command first: only that one is set up (setting up all
+  // three costs a good part of a small generation). Anything else, such as
+  // --help, gets them all.
+  const std::string_view first = argc > 1 ? argv[1] : "";
+  const bool all = first != "generate" && first != "check" && first != "convert";
   std::vector<std::unique_ptr<ppdforge::ICommand>> commands;
-  commands.push_back(std::make_unique<ppdforge::AGenerateCommand>(program));
-  commands.push_back(std::make_unique<ppdforge::ACheckCommand>(program));
-  commands.push_back(std::make_unique<ppdforge::AConvertCommand>(program));
+  if (all || first == "generate") commands.push_back(std::make_unique<ppdforge::AGenerateCommand>(program));
+  if (all || first == "check") commands.push_back(std::make_unique<ppdforge::ACheckCommand>(program));
+  if (all || first == "convert") commands.push_back(std::make_unique<ppdforge::AConvertCommand>(program));
 
   try {
     program.parse(argc, argv);
