@@ -13,7 +13,10 @@ bool APPDLineWriter::AppendTranslationLines(std::string& result, const APPDLocal
                                             AError* error) {
   AError local;
   std::string fullKeyword;
-  for (const AQVString& language : languages) {
+  std::vector<AQVString> texts;
+  object.GetLocalizedStrings(languages, texts);
+  for (std::size_t i = 0; i < languages.size(); ++i) {
+    const AQVString& language = languages[i];
     // LANGUAGE.KEYWORD, each part copied once.
     const std::string& prefix = language.UTF8();
     fullKeyword.resize(prefix.size() + 1 + keyword.size());
@@ -21,7 +24,7 @@ bool APPDLineWriter::AppendTranslationLines(std::string& result, const APPDLocal
     std::memcpy(out, prefix.data(), prefix.size());
     out[prefix.size()] = '.';
     std::memcpy(out + prefix.size() + 1, keyword.data(), keyword.size());
-    const AQVString text = object.GetLocalizedString(language);
+    const AQVString& text = texts[i];
     result += kRKPPDNewLine;
     if (!APPDStatement::Append(result, fullKeyword, id, text.UTF8(), std::string_view(),
                                kPPDQuotedValue, std::string_view(), &local)) {

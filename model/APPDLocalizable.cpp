@@ -10,19 +10,46 @@ void APPDLocalizable::SetLocalizedString(const AQVString& text, const AQVString&
   localizations_[localeID] = text;
 }
 
+namespace {
+
+// The list of keys runs for every object and language of a document: it
+// reuses one buffer per thread (a nested use simply makes its own).
+class BorrowedKeys {
+ public:
+  BorrowedKeys() { keys.swap(Spare()); }
+  ~BorrowedKeys() {
+    if (Spare().capacity() < keys.capacity()) Spare().swap(keys);
+  }
+  BorrowedKeys(const BorrowedKeys&) = delete;
+  BorrowedKeys& operator=(const BorrowedKeys&) = delete;
+
+  std::vector<AQVString> keys;
+
+ private:
+  static std::vector<AQVString>& Spare() {
+    thread_local std::vector<AQVString> spare;
+    return spare;
+  }
+};
+
+}  // namespace
+
 AQVString APPDLocalizable::GetLocalizedString(const AQVString& language) const {
-  // This runs for every object and language of a document: the list of keys
-  // reuses one buffer per thread (a nested call simply makes its own).
-  thread_local std::vector<AQVString> spare;
-  struct Borrowed {
-    std::vector<AQVString> keys;
-    explicit Borrowed(std::vector<AQVString>& from) { keys.swap(from); }
-    ~Borrowed() {
-      if (spare.capacity() < keys.capacity()) spare.swap(keys);
-    }
-  } borrowed(spare);
-  std::vector<AQVString>& keys = borrowed.keys;
-  GetLocalizationKeys(keys);
+  BorrowedKeys borrowed;
+  GetLocalizationKeys(borrowed.keys);
+  return Localized(borrowed.keys, language);
+}
+
+void APPDLocalizable::GetLocalizedStrings(const std::vector<AQVString>& languages,
+                                          std::vector<AQVString>& texts) const {
+  BorrowedKeys borrowed;
+  GetLocalizationKeys(borrowed.keys);
+  texts.clear();
+  texts.reserve(languages.size());
+  for (const AQVString& language : languages) texts.push_back(Localized(borrowed.keys, language));
+}
+
+AQVString APPDLocalizable::Localized(const std::vector<AQVString>& keys, const AQVString& language) const {
   const IPPDLocalizer* localizer = GetLocalizer();
   if (localizer == nullptr) {
     if (keys.size() == 1) return keys.front();

@@ -30,6 +30,9 @@ class APPDLocalizable {
   // identifier, else the localizer's, else (without a localizer) the key; all
   // appended.
   AQVString GetLocalizedString(const AQVString& language) const;
+  // The texts in each of `languages`, in order, into `texts` (replacing what
+  // it held): as GetLocalizedString gives them, with the keys made once.
+  void GetLocalizedStrings(const std::vector<AQVString>& languages, std::vector<AQVString>& texts) const;
   // The explicit texts by locale identifier.
   const std::map<AQVString, AQVString>& GetLocalizations() const { return localizations_; }
   void ClearLocalization() { localizations_.clear(); }
@@ -40,6 +43,9 @@ class APPDLocalizable {
   virtual IPPDLocalizer* GetLocalizer() const = 0;
 
  private:
+  // The text of `keys` in `language`, as GetLocalizedString describes.
+  AQVString Localized(const std::vector<AQVString>& keys, const AQVString& language) const;
+
   std::map<AQVString, AQVString> localizations_;
 };
 

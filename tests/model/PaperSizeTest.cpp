@@ -77,6 +77,11 @@ TEST(PaperSizeTest, TranslationLinesPerLanguageLocalizedUnderTheIDWhenUnnamed) {
             "*PaperDimension A4/A4 \xC3\xA9: \"595.00 842.00\"\n"
             "*de.PaperDimension A4/A4 (de): \"\"\n"
             "*ja.PaperDimension A4/A4: \"\"");
+  // All languages at once, by name or identifier, as one at a time.
+  std::vector<AQVString> texts{"stale"};
+  localizable->GetLocalizedStrings({"German", "ja", "en"}, texts);
+  EXPECT_EQ(texts, (std::vector<AQVString>{"A4 (de)", "A4", "A4 \xC3\xA9"}));
+  EXPECT_EQ(texts[0], localizable->GetLocalizedString("de"));
   size->SetName("Named");
   EXPECT_TRUE(localizable->GetLocalizations().empty());
   size->GetLocalizationKeys(keys);
