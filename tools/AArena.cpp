@@ -99,7 +99,6 @@ AArena::Range AArena::Start(std::size_t expected) {
   return Range{regionBegin, regionBegin + std::min(expected, kRegion)};
 }
 
-
 }  // namespace ppdforge
 
 void* operator new(std::size_t size) { return ppdforge::AllocateOrThrow(size, ppdforge::kAlignment); }
@@ -142,7 +141,6 @@ void operator delete[](void* pointer, std::align_val_t, const std::nothrow_t&) n
 #else
 
 AArena::Range AArena::Start(std::size_t) { return {}; }
-
 
 }  // namespace ppdforge
 
