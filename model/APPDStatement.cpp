@@ -423,11 +423,10 @@ bool CheckValue(std::string_view value, PPDValueType type, AError* error) {
 }
 
 // Checks 1 to 8 of a statement, in order; the translations as written.
-bool CheckParts(std::string_view mainKeyword, std::string_view optionKeyword,
-                std::string_view optionTranslation, std::string_view value, PPDValueType type,
-                std::string_view valueTranslation, AError* error) {
-  return CheckMainKeyword(mainKeyword, error) && CheckOptionKeyword(optionKeyword, error) &&
-         CheckTranslation(optionTranslation, true, error) && CheckValue(value, type, error) &&
+// The checks that follow those of the two keywords.
+bool CheckRest(std::string_view optionKeyword, std::string_view optionTranslation, std::string_view value,
+               PPDValueType type, std::string_view valueTranslation, AError* error) {
+  return CheckTranslation(optionTranslation, true, error) && CheckValue(value, type, error) &&
          CheckTranslation(valueTranslation, false, error) &&
          (optionTranslation.empty() || !optionKeyword.empty() ||
           messages::Report(error, messages::kOptionKeywordAbsent, {AQVString(optionTranslation)})) &&
@@ -436,6 +435,13 @@ bool CheckParts(std::string_view mainKeyword, std::string_view optionKeyword,
          (type != kPPDSymbolValue || valueTranslation.empty() ||
           messages::Report(error, messages::kSymbolValueTranslation,
                            {AQVString(value), AQVString(valueTranslation)}));
+}
+
+bool CheckParts(std::string_view mainKeyword, std::string_view optionKeyword,
+                std::string_view optionTranslation, std::string_view value, PPDValueType type,
+                std::string_view valueTranslation, AError* error) {
+  return CheckMainKeyword(mainKeyword, error) && CheckOptionKeyword(optionKeyword, error) &&
+         CheckRest(optionKeyword, optionTranslation, value, type, valueTranslation, error);
 }
 
 // Check 9: no line of the representation has 256 bytes or more.
@@ -568,23 +574,67 @@ void AppendBody(std::string& out, std::string_view mainKeyword, std::string_view
 
 }  // namespace
 
-bool APPDStatement::Append(std::string& out, std::string_view mainKeyword,
-                           std::string_view optionKeyword, std::string_view optionTranslation,
-                           std::string_view value, PPDValueType valueType,
-                           std::string_view valueTranslation, AError* error) {
+namespace {
+
+// Append's work; `keywordsChecked` when both keywords are known to pass
+// their checks.
+bool AppendStatement(std::string& out, std::string_view mainKeyword, std::string_view optionKeyword,
+                     std::string_view optionTranslation, std::string_view value, PPDValueType valueType,
+                     std::string_view valueTranslation, bool keywordsChecked, AError* error) {
   std::string optionScratch;
   std::string valueScratch;
   const std::string_view option =
       optionTranslation.empty() ? optionTranslation : EscapedTranslation(optionTranslation, true, optionScratch);
   const std::string_view valueText =
       valueTranslation.empty() ? valueTranslation : EscapedTranslation(valueTranslation, false, valueScratch);
-  if (!CheckParts(mainKeyword, optionKeyword, option, value, valueType, valueText, error)) return false;
+  if (!(keywordsChecked ? CheckRest(optionKeyword, option, value, valueType, valueText, error)
+                        : CheckParts(mainKeyword, optionKeyword, option, value, valueType, valueText, error))) {
+    return false;
+  }
   const std::size_t base = out.size();
   AppendBody(out, mainKeyword, optionKeyword, option, value, valueType, valueText);
   // A text shorter than the limit cannot hold a line that breaks it.
   if (out.size() - base < kLineLimitBytes || CheckLines(std::string_view(out).substr(base), error)) return true;
   out.resize(base);
   return false;
+}
+
+}  // namespace
+
+bool APPDStatement::Append(std::string& out, std::string_view mainKeyword,
+                           std::string_view optionKeyword, std::string_view optionTranslation,
+                           std::string_view value, PPDValueType valueType,
+                           std::string_view valueTranslation, AError* error) {
+  return AppendStatement(out, mainKeyword, optionKeyword, optionTranslation, value, valueType, valueTranslation,
+                         false, error);
+}
+
+bool APPDStatement::AppendTranslationLines(std::string& out, std::string_view keyword,
+                                           std::string_view optionKeyword,
+                                           const std::vector<AQVString>& languages,
+                                           const std::vector<AQVString>& texts, AError* error) {
+  // The keyword rule takes each byte on its own and accepts the dot, so
+  // LANGUAGE.KEYWORD passes when both parts do and it is short enough; the
+  // option keyword is the same on every line. A line that may fail takes
+  // the whole check, and so the same error.
+  const bool shared = !keyword.empty() && KeywordRule().Accepts(keyword) && CheckOptionKeyword(optionKeyword, nullptr);
+  std::string fullKeyword;
+  for (std::size_t i = 0; i < languages.size() && i < texts.size(); ++i) {
+    const std::string& prefix = languages[i].UTF8();
+    fullKeyword.resize(prefix.size() + 1 + keyword.size());
+    char* written = fullKeyword.data();
+    std::memcpy(written, prefix.data(), prefix.size());
+    written[prefix.size()] = '.';
+    std::memcpy(written + prefix.size() + 1, keyword.data(), keyword.size());
+    const bool checked = shared && fullKeyword.size() <= kMaxKeywordBytes && KeywordRule().Accepts(prefix);
+    out += kRKPPDNewLine;
+    if (!AppendStatement(out, fullKeyword, optionKeyword, texts[i].UTF8(), std::string_view(), kPPDQuotedValue,
+                         std::string_view(), checked, error)) {
+      out.pop_back();
+      return false;
+    }
+  }
+  return true;
 }
 
 APPDStatement::APPDStatement(const AQVString& mainKeyword, const AQVString& optionKeyword,

@@ -51,6 +51,14 @@ class APPDStatement {
   static bool Append(std::string& out, std::string_view mainKeyword, std::string_view optionKeyword,
                      std::string_view optionTranslation, std::string_view value, PPDValueType valueType,
                      std::string_view valueTranslation, AError* error);
+  // For each language in order, a line end and the translation statement
+  // "LANGUAGE.keyword optionKeyword/TEXT: """ with the text of the same
+  // index, each as Append makes and checks it (the keywords are checked
+  // once for all). False at the first that fails, with *error set as Append
+  // sets it and `out` ending before that line end.
+  static bool AppendTranslationLines(std::string& out, std::string_view keyword, std::string_view optionKeyword,
+                                     const std::vector<AQVString>& languages, const std::vector<AQVString>& texts,
+                                     AError* error);
 
   // The comment rule shared with APPDCommentable: `comment` as "*% " lines,
   // or an empty text with *error set when a trimmed line has 253 or more

@@ -178,6 +178,51 @@ TEST(StatementTest, WritesEachPartOrReportsTheFirstBrokenRule) {
   EXPECT_EQ(out, "*ColorDevice: True");
 }
 
+// Translation lines check their keywords once for all languages; every
+// line and every refusal must still be Append's, line by line.
+TEST(StatementTest, TranslationLinesAreAppendsOneLanguageAfterAnother) {
+  const std::string long36(36, 'K');
+  struct Case {
+    const char* name;
+    std::string keyword;
+    std::string option;
+    std::vector<AQVString> languages;
+    std::vector<AQVString> texts;
+  };
+  const std::vector<Case> cases = {
+      {"plain", "Resolution", "600dpi", {"de", "zh_CN", ""}, {"Hoch", "高", "High"}},
+      {"escaped texts", "PageSize", "A4", {"fr", "ja"}, {"A4 \"large\"", "<A4>"}},
+      {"text with a colon", "PageSize", "A4", {"fr", "de"}, {"A4", "A4: big"}},
+      {"text with a line end", "PageSize", "A4", {"fr"}, {"A4\nbig"}},
+      {"no option keyword", "Translation", "", {"de"}, {"Text"}},
+      {"bad option keyword", "PageSize", "A/4", {"de"}, {"A4"}},
+      {"bad keyword", "Page:Size", "A4", {"de"}, {"A4"}},
+      {"bad language", "PageSize", "A4", {"de", "d e"}, {"A4", "A4"}},
+      {"too long with the second language", long36, "A4", {"de", "zh_CN"}, {"A4", "A4"}},
+      {"too long a line", "PageSize", "A4", {"de"}, {AQVString(std::string(250, 'x'))}},
+      {"empty keyword", "", "A4", {"de"}, {"A4"}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    std::string expected = "*Earlier: line";
+    AError expectedError = kEarlier;
+    bool expectedResult = true;
+    for (std::size_t i = 0; i < c.languages.size() && expectedResult; ++i) {
+      expected += "\n";
+      const std::string keyword = c.languages[i].UTF8() + "." + c.keyword;
+      expectedResult = APPDStatement::Append(expected, keyword, c.option, c.texts[i].UTF8(), "", kPPDQuotedValue, "",
+                                             &expectedError);
+      if (!expectedResult) expected.pop_back();
+    }
+    std::string out = "*Earlier: line";
+    AError error = kEarlier;
+    EXPECT_EQ(APPDStatement::AppendTranslationLines(out, c.keyword, c.option, c.languages, c.texts, &error),
+              expectedResult);
+    EXPECT_EQ(out, expected);
+    EXPECT_EQ(error, expectedError);
+  }
+}
+
 TEST(StatementTest, EscapesStrayAngleBrackets) {
   struct Case {
     std::string input;
