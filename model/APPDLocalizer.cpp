@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <condition_variable>
 #include <fstream>
 #include <iterator>
 #include <map>
@@ -96,11 +97,19 @@ bool ReadTable(const std::filesystem::path& url, Entries& entries) {
   return ReadFileBytes(url, bytes) && AStringsTable::ParseEntries(bytes, entries);
 }
 
-// Tables read ahead of use (IPPDLocalizer::ReadAhead), until a localizer
-// takes them.
+// Tables read ahead of use (IPPDLocalizer::ReadAhead). A file is read at
+// most once this way: a localizer that needs a file being read waits for it
+// rather than reading it too, and a file that a localizer has taken or read
+// itself is not read ahead again.
 struct ReadAheadStore {
+  enum class State { kReading, kReady, kDone };
+  struct Slot {
+    State state = State::kReading;
+    Entries entries;
+  };
   std::mutex mutex;
-  std::map<std::filesystem::path, Entries> tables;
+  std::condition_variable changed;
+  std::map<std::filesystem::path, Slot> tables;
 };
 
 ReadAheadStore& TablesReadAhead() {
@@ -109,12 +118,19 @@ ReadAheadStore& TablesReadAhead() {
 }
 
 bool TakeReadAhead(const std::filesystem::path& url, Entries& entries) {
+  using State = ReadAheadStore::State;
   ReadAheadStore& store = TablesReadAhead();
-  std::lock_guard lock(store.mutex);
-  const auto found = store.tables.find(url);
-  if (found == store.tables.end()) return false;
-  entries = std::move(found->second);
-  store.tables.erase(found);
+  std::unique_lock lock(store.mutex);
+  const auto [slot, added] = store.tables.try_emplace(url);
+  if (added) {
+    slot->second.state = State::kDone;
+    return false;
+  }
+  store.changed.wait(lock, [&slot = slot->second] { return slot.state != State::kReading; });
+  if (slot->second.state != State::kReady) return false;
+  entries = std::move(slot->second.entries);
+  slot->second.entries = Entries();
+  slot->second.state = State::kDone;
   return true;
 }
 
@@ -149,11 +165,22 @@ std::vector<std::filesystem::path> IPPDLocalizer::TablesForLanguages(const AQVSt
 }
 
 void IPPDLocalizer::ReadAhead(const std::filesystem::path& path) {
-  Entries entries;
-  if (!ReadTable(path, entries)) return;
+  using State = ReadAheadStore::State;
   ReadAheadStore& store = TablesReadAhead();
-  std::lock_guard lock(store.mutex);
-  store.tables.insert_or_assign(path, std::move(entries));
+  {
+    std::lock_guard lock(store.mutex);
+    if (!store.tables.try_emplace(path).second) return;
+  }
+  Entries entries;
+  const bool read = ReadTable(path, entries);
+  {
+    std::lock_guard lock(store.mutex);
+    ReadAheadStore::Slot& slot = store.tables.find(path)->second;
+    // A file that is no table is left to the localizer, which skips it.
+    slot.state = read ? State::kReady : State::kDone;
+    if (read) slot.entries = std::move(entries);
+  }
+  store.changed.notify_all();
 }
 
 APPDLocalizer::APPDLocalizer() : current_(tables_.end()) { Initialize(); }

@@ -52,9 +52,10 @@ class IPPDLocalizer {
                                                                const AQVString& tableName,
                                                                const std::vector<AQVString>& languages);
   // Reads the table file `path` ahead of use into a store of the process;
-  // the first localizer to use that file takes it from there rather than
-  // reading it (a program may do this on an idle thread). Thread-safe; a
-  // file that cannot be read or parsed is left to the localizer.
+  // the first localizer to use that file takes it from there (waiting while
+  // it is being read) rather than reading it. For a program's idle thread.
+  // Thread-safe. Does nothing for a file read ahead or used before; a file
+  // that cannot be read or parsed is left to the localizer.
   static void ReadAhead(const std::filesystem::path& path);
 };
 
