@@ -599,6 +599,36 @@ bool AppendStatement(std::string& out, std::string_view mainKeyword, std::string
   return false;
 }
 
+// Nearly every translation line is plain: a short text that no escaping
+// changes and no check stops at. Such a line is written here in one go,
+// as AppendStatement would write it; anything else is left to that.
+bool AppendPlainTranslationLine(std::string& out, std::string_view keyword, std::string_view optionKeyword,
+                                std::string_view text) {
+  if (optionKeyword.empty() || text.empty() || text.size() > kMaxTranslationBytes ||
+      ContainsAny(text, "<>:", 32)) {
+    return false;
+  }
+  // "\n*KEYWORD OPTION/TEXT: \"\"", whose line must stay below the limit.
+  const std::size_t line = 1 + keyword.size() + 1 + optionKeyword.size() + 1 + text.size() + 4;
+  if (line >= kLineLimitBytes) return false;
+  const std::size_t base = out.size();
+  out.resize(base + 1 + line);
+  char* cursor = out.data() + base;
+  const auto put = [&cursor](std::string_view part) {
+    std::memcpy(cursor, part.data(), part.size());
+    cursor += part.size();
+  };
+  *cursor++ = *kRKPPDNewLine;
+  *cursor++ = *kRKPPDAsterisk;
+  put(keyword);
+  *cursor++ = *kRKPPDSpace;
+  put(optionKeyword);
+  *cursor++ = *kRKPPDSlash;
+  put(text);
+  put(": \"\"");
+  return true;
+}
+
 }  // namespace
 
 bool APPDStatement::Append(std::string& out, std::string_view mainKeyword,
@@ -627,6 +657,7 @@ bool APPDStatement::AppendTranslationLines(std::string& out, std::string_view ke
     written[prefix.size()] = '.';
     std::memcpy(written + prefix.size() + 1, keyword.data(), keyword.size());
     const bool checked = shared && fullKeyword.size() <= kMaxKeywordBytes && KeywordRule().Accepts(prefix);
+    if (checked && AppendPlainTranslationLine(out, fullKeyword, optionKeyword, texts[i].UTF8())) continue;
     out += kRKPPDNewLine;
     if (!AppendStatement(out, fullKeyword, optionKeyword, texts[i].UTF8(), std::string_view(), kPPDQuotedValue,
                          std::string_view(), checked, error)) {

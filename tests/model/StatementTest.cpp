@@ -201,6 +201,10 @@ TEST(StatementTest, TranslationLinesAreAppendsOneLanguageAfterAnother) {
       {"too long with the second language", long36, "A4", {"de", "zh_CN"}, {"A4", "A4"}},
       {"too long a line", "PageSize", "A4", {"de"}, {AQVString(std::string(250, 'x'))}},
       {"empty keyword", "", "A4", {"de"}, {"A4"}},
+      {"texts of 80 and 81 bytes", "PageSize", "A4", {"de", "fr"},
+       {AQVString(std::string(80, 'x')), AQVString(std::string(81, 'x'))}},
+      {"quote, DEL and an empty text", "PageSize", "A4", {"de", "fr", "it"}, {"A4 \"x\"", "A4\x7F", ""}},
+      {"text with a TAB", "PageSize", "A4", {"de"}, {"A4\tbig"}},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
