@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <condition_variable>
+#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <map>
@@ -198,10 +199,21 @@ AQVString APPDLocalizer::Localize(const AQVString& key, const AQVString& languag
   return *found->second;
 }
 
+APPDLocalizer::LanguageTag APPDLocalizer::TagOf(const AQVString& language) {
+  const std::string& bytes = language.UTF8();
+  LanguageTag tag;
+  tag.size = bytes.size();
+  std::memcpy(&tag.head, bytes.data(), std::min(bytes.size(), sizeof tag.head));
+  return tag;
+}
+
 const APPDLocalizer::Locale* APPDLocalizer::LocaleFor(const AQVString& language) const {
+  // Asked once per text and language: the scan compares words, not strings.
+  const LanguageTag tag = TagOf(language);
   const std::size_t published = recentCount_.load(std::memory_order_acquire);
   for (std::size_t i = 0; i < published; ++i) {
-    if (recentLanguages_[i].language == language) return recentLanguages_[i].locale;
+    const RecentLanguage& recent = recentLanguages_[i];
+    if (recent.tag == tag && (tag.size <= sizeof tag.head || recent.language == language)) return recent.locale;
   }
   const auto entry = FindLoaded(GetLocaleID(language));
   const Locale* locale = entry == tables_.end() ? nullptr : &entry->second;
@@ -212,7 +224,7 @@ const APPDLocalizer::Locale* APPDLocalizer::LocaleFor(const AQVString& language)
   }
   // A document asks for a handful of languages; the bound keeps the scan short.
   if (count < kRecentLanguages) {
-    recentLanguages_[count] = RecentLanguage{language, locale};
+    recentLanguages_[count] = RecentLanguage{language, tag, locale};
     recentCount_.store(count + 1, std::memory_order_release);
   }
   return locale;

@@ -2,6 +2,7 @@
 // The localizer: string tables by locale identifier, searched in load order.
 
 #include <array>
+#include <cstdint>
 #include <atomic>
 #include <filesystem>
 #include <mutex>
@@ -80,8 +81,16 @@ class APPDLocalizer : public IPPDLocalizer {
   // change until tables are added, so readers scan them without a lock;
   // new entries are written under `mutex_` and published by the count.
   static constexpr std::size_t kRecentLanguages = 16;
+  // Language names are short: up to eight bytes compare as one word.
+  struct LanguageTag {
+    std::uint64_t head = 0;
+    std::size_t size = 0;
+    bool operator==(const LanguageTag&) const = default;
+  };
+  static LanguageTag TagOf(const AQVString& language);
   struct RecentLanguage {
     AQVString language;
+    LanguageTag tag;
     const Locale* locale = nullptr;
   };
   mutable std::array<RecentLanguage, kRecentLanguages> recentLanguages_;

@@ -174,22 +174,23 @@ constexpr std::uint64_t BytesEqual(std::uint64_t word, char c) {
 // Whether any byte of `text` is one of `characters` or below `below`.
 template <std::size_t N>
 bool ContainsAny(std::string_view text, const char (&characters)[N], unsigned below = 0) {
+  const auto hits = [&characters, below](std::uint64_t word) {
+    std::uint64_t hit = below == 0 ? 0 : BytesBelow(word, below);
+    for (std::size_t c = 0; c + 1 < N; ++c) hit |= BytesEqual(word, characters[c]);
+    return hit != 0;
+  };
   std::size_t i = 0;
   for (; i + 8 <= text.size(); i += 8) {
     std::uint64_t word;
     std::memcpy(&word, text.data() + i, 8);
-    std::uint64_t hit = below == 0 ? 0 : BytesBelow(word, below);
-    for (std::size_t c = 0; c + 1 < N; ++c) hit |= BytesEqual(word, characters[c]);
-    if (hit != 0) return true;
+    if (hits(word)) return true;
   }
-  for (; i < text.size(); ++i) {
-    const auto byte = static_cast<unsigned char>(text[i]);
-    if (byte < below) return true;
-    for (std::size_t c = 0; c + 1 < N; ++c) {
-      if (text[i] == characters[c]) return true;
-    }
-  }
-  return false;
+  if (i == text.size()) return false;
+  // The last bytes, padded with bytes that match nothing: the characters
+  // are ASCII, and a byte with its high bit set is never below the limit.
+  std::uint64_t word = kHighBits;
+  std::memcpy(&word, text.data() + i, text.size() - i);
+  return hits(word);
 }
 
 bool IsASCII(std::string_view bytes) {
