@@ -2,8 +2,8 @@
 // The localizer: string tables by locale identifier, searched in load order.
 
 #include <array>
-#include <cstdint>
 #include <atomic>
+#include <cstdint>
 #include <filesystem>
 #include <mutex>
 #include <map>
