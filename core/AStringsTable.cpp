@@ -1,6 +1,6 @@
 #include "core/AStringsTable.h"
 
-#include <algorithm>
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -10,9 +10,10 @@ namespace com_qv_print_driver_core_cpp_util_v1 {
 
 namespace {
 
-// The bytes as UTF-8 text: UTF-16 with a byte-order mark is converted, a
-// UTF-8 byte-order mark dropped; nothing for invalid text.
-std::optional<std::string> DecodeText(std::string_view data) {
+// The bytes as UTF-8 text: UTF-16 with a byte-order mark is converted (into
+// `converted`, which the result then views), a UTF-8 byte-order mark dropped;
+// nothing for invalid text.
+std::optional<std::string_view> DecodeText(std::string_view data, std::string& converted) {
   const bool littleEndian = data.size() >= 2 && data[0] == '\xFF' && data[1] == '\xFE';
   const bool bigEndian = data.size() >= 2 && data[0] == '\xFE' && data[1] == '\xFF';
   if (littleEndian || bigEndian) {
@@ -26,11 +27,21 @@ std::optional<std::string> DecodeText(std::string_view data) {
     }
     std::optional<AQVString> text = AQVString::FromUTF16(units);
     if (!text) return std::nullopt;
-    return text->UTF8();
+    converted = text->TakeUTF8();
+    return std::string_view(converted);
   }
   if (data.size() >= 3 && data.substr(0, 3) == "\xEF\xBB\xBF") data.remove_prefix(3);
   if (!IsValidUTF8(data)) return std::nullopt;
-  return std::string(data);
+  return data;
+}
+
+std::size_t CountLines(std::string_view text) {
+  std::size_t lines = 1;
+  const char* end = text.data() + text.size();
+  for (const char* p = text.data(); (p = static_cast<const char*>(std::memchr(p, '\n', end - p))) != nullptr; ++p) {
+    ++lines;
+  }
+  return lines;
 }
 
 bool IsSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\v' || c == '\f'; }
@@ -56,7 +67,7 @@ AQVString Trusted(std::string_view utf8) {
 // The classic text form, parsed all or nothing.
 class TextParser {
  public:
-  explicit TextParser(const std::string& text) : text_(text) {}
+  explicit TextParser(std::string_view text) : text_(text) {}
 
   // Entries in file order; `text_` is valid UTF-8, and so is every string
   // read from it.
@@ -193,7 +204,7 @@ class TextParser {
     return digits > 0;
   }
 
-  const std::string& text_;
+  std::string_view text_;
   std::size_t i_ = 0;
 };
 
@@ -213,12 +224,13 @@ bool AStringsTable::ParseEntries(std::string_view data,
                                  std::vector<std::pair<AQVString, AQVString>>& entries) {
   entries.clear();
   if (data.substr(0, 8) == "bplist00") return ParsePropertyList(data, entries);
-  const std::optional<std::string> text = DecodeText(data);
+  std::string converted;
+  const std::optional<std::string_view> text = DecodeText(data, converted);
   if (!text) return false;
   const std::size_t first = text->find_first_not_of(" \t\n\r\v\f");
   if (first != std::string::npos && (*text)[first] == '<') return ParsePropertyList(*text, entries);
   // About one entry per line.
-  entries.reserve(static_cast<std::size_t>(std::count(text->begin(), text->end(), '\n')) + 1);
+  entries.reserve(CountLines(*text));
   if (TextParser(*text).Parse(entries)) return true;
   entries.clear();
   return false;

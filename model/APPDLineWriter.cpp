@@ -1,5 +1,7 @@
 #include "model/APPDLineWriter.h"
 
+#include <vector>
+
 #include "model/APPDLocalizable.h"
 #include "model/APPDStatement.h"
 
@@ -10,7 +12,8 @@ bool APPDLineWriter::AppendTranslationLines(std::string& result, const APPDLocal
                                             const std::vector<AQVString>& languages,
                                             AError* error) {
   AError local;
-  std::vector<AQVString> texts;
+  // Runs for every object of a document: the texts reuse one list per thread.
+  thread_local std::vector<AQVString> texts;
   object.GetLocalizedStrings(languages, texts);
   if (APPDStatement::AppendTranslationLines(result, keyword, id, languages, texts, &local)) return true;
   Failed(local, error);

@@ -44,9 +44,15 @@ void APPDLocalizable::GetLocalizedStrings(const std::vector<AQVString>& language
                                           std::vector<AQVString>& texts) const {
   BorrowedKeys borrowed;
   GetLocalizationKeys(borrowed.keys);
-  texts.clear();
-  texts.reserve(languages.size());
-  for (const AQVString& language : languages) texts.push_back(Localized(borrowed.keys, language));
+  const IPPDLocalizer* localizer = GetLocalizer();
+  // The common case, one key and no explicit texts, is one lookup for all
+  // languages.
+  if (localizer != nullptr && borrowed.keys.size() == 1 && localizations_.empty()) {
+    localizer->LocalizeEach(borrowed.keys.front(), languages, texts);
+    return;
+  }
+  texts.resize(languages.size());
+  for (std::size_t i = 0; i < languages.size(); ++i) texts[i] = Localized(borrowed.keys, languages[i]);
 }
 
 AQVString APPDLocalizable::Localized(const std::vector<AQVString>& keys, const AQVString& language) const {

@@ -30,8 +30,9 @@ class APPDLocalizable {
   // identifier, else the localizer's, else (without a localizer) the key; all
   // appended.
   AQVString GetLocalizedString(const AQVString& language) const;
-  // The texts in each of `languages`, in order, into `texts` (replacing what
-  // it held): as GetLocalizedString gives them, with the keys made once.
+  // The texts in each of `languages`, in order, into `texts` (resized to
+  // match; its strings are reused): as GetLocalizedString gives them, with
+  // the keys made once.
   void GetLocalizedStrings(const std::vector<AQVString>& languages, std::vector<AQVString>& texts) const;
   // The explicit texts by locale identifier.
   const std::map<AQVString, AQVString>& GetLocalizations() const { return localizations_; }

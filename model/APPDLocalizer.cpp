@@ -191,19 +191,49 @@ void APPDLocalizer::Initialize() {
   SetCurrentLocaleID(kDefaultLocaleID);
 }
 
+void IPPDLocalizer::LocalizeEach(const AQVString& key, const std::vector<AQVString>& languages,
+                                 std::vector<AQVString>& texts) const {
+  texts.resize(languages.size());
+  for (std::size_t i = 0; i < languages.size(); ++i) texts[i] = Localize(key, languages[i]);
+}
+
+const AQVString* APPDLocalizer::Find(const Locale* locale, const HashedKey& key) {
+  if (locale == nullptr) return nullptr;
+  const auto found = locale->index.find(key);
+  return found == locale->index.end() || found->second->IsEmpty() ? nullptr : found->second;
+}
+
 AQVString APPDLocalizer::Localize(const AQVString& key, const AQVString& language) const {
-  const Locale* locale = LocaleFor(language.IsEmpty() ? GetCurrentLocaleID() : language);
-  if (locale == nullptr) return key;
-  const auto found = locale->index.find(std::string_view(key.UTF8()));
-  if (found == locale->index.end() || found->second->IsEmpty()) return key;
-  return *found->second;
+  const std::string_view text(key.UTF8());
+  const AQVString* found = Find(LocaleFor(language.IsEmpty() ? GetCurrentLocaleID() : language),
+                                HashedKey{text, KeyHash()(text)});
+  return found == nullptr ? key : *found;
+}
+
+void APPDLocalizer::LocalizeEach(const AQVString& key, const std::vector<AQVString>& languages,
+                                 std::vector<AQVString>& texts) const {
+  const std::string_view text(key.UTF8());
+  const HashedKey hashed{text, KeyHash()(text)};
+  texts.resize(languages.size());
+  for (std::size_t i = 0; i < languages.size(); ++i) {
+    const AQVString& language = languages[i];
+    const AQVString* found = Find(LocaleFor(language.IsEmpty() ? GetCurrentLocaleID() : language), hashed);
+    texts[i] = found == nullptr ? key : *found;
+  }
 }
 
 APPDLocalizer::LanguageTag APPDLocalizer::TagOf(const AQVString& language) {
   const std::string& bytes = language.UTF8();
   LanguageTag tag;
   tag.size = bytes.size();
-  std::memcpy(&tag.head, bytes.data(), std::min(bytes.size(), sizeof tag.head));
+  // Fixed-size copies stay inline; a short name is gathered byte by byte.
+  if (bytes.size() >= sizeof tag.head) {
+    std::memcpy(&tag.head, bytes.data(), sizeof tag.head);
+  } else {
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+      tag.head |= std::uint64_t{static_cast<unsigned char>(bytes[i])} << (8 * i);
+    }
+  }
   return tag;
 }
 

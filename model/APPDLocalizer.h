@@ -27,6 +27,9 @@ class APPDLocalizer : public IPPDLocalizer {
   ~APPDLocalizer() override = default;
 
   AQVString Localize(const AQVString& key, const AQVString& language) const override;
+  // Finds the key once for all languages (one hash).
+  void LocalizeEach(const AQVString& key, const std::vector<AQVString>& languages,
+                    std::vector<AQVString>& texts) const override;
   void LoadStrings(const ABundle& bundle, const AQVString& tableName) override;
   void LoadStrings(const AQVString& bundlePath, const AQVString& tableName) override;
   AQVString GetCurrentLocaleID() const override;
@@ -42,14 +45,35 @@ class APPDLocalizer : public IPPDLocalizer {
   // The tables of one locale. Files are read when the locale is first
   // asked for (a generation in English never reads the other languages);
   // `index` maps every key to the text of the first table that holds it.
+  // A key with its hash, so that one hash serves the tables of every language.
+  struct HashedKey {
+    std::string_view text;
+    std::size_t hash;
+  };
+  struct KeyHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
+    std::size_t operator()(const HashedKey& key) const { return key.hash; }
+  };
+  struct KeyEqual {
+    using is_transparent = void;
+    bool operator()(std::string_view a, std::string_view b) const { return a == b; }
+    bool operator()(const HashedKey& a, std::string_view b) const { return a.text == b; }
+    bool operator()(std::string_view a, const HashedKey& b) const { return a == b.text; }
+  };
+  using Index = std::unordered_map<std::string_view, const AQVString*, KeyHash, KeyEqual>;
+
   struct Locale {
     // Held while the pending tables are read, so that threads rendering
     // at once read each file once and different languages side by side.
     std::mutex reading;
     std::vector<std::filesystem::path> pending;
     std::vector<std::vector<std::pair<AQVString, AQVString>>> tables;
-    std::unordered_map<std::string_view, const AQVString*> index;
+    Index index;
   };
+  // The text of `key` in `locale` (null: none), or null when Localize
+  // would give the key itself.
+  static const AQVString* Find(const Locale* locale, const HashedKey& key);
   using TableMap = std::map<AQVString, Locale>;
 
   void Initialize();

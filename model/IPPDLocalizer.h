@@ -23,6 +23,11 @@ class IPPDLocalizer {
   // first loaded table of that language holding it with a non-empty text;
   // else the key itself.
   virtual AQVString Localize(const AQVString& key, const AQVString& language) const = 0;
+  // The texts of `key` in each of `languages`, in order, as Localize gives
+  // them, into `texts` (resized to match; its strings are reused). This
+  // default asks Localize for each language.
+  virtual void LocalizeEach(const AQVString& key, const std::vector<AQVString>& languages,
+                            std::vector<AQVString>& texts) const;
   // Loads the table `tableName` (empty: "Localizable") of type "strings" of
   // every localization of the bundle. Unreadable tables are skipped silently.
   virtual void LoadStrings(const ABundle& bundle, const AQVString& tableName) = 0;

@@ -69,6 +69,20 @@ TEST(LocalizerTest, LocalizesFromTheFirstTableHoldingTheKey) {
   }
   EXPECT_EQ(localizer->Localize("Paper Size", "de"), AQVString("Paper Size"));
   EXPECT_EQ(PossibleLocales(*localizer.get()), std::vector<AQVString>{AQVString("fr")});
+
+  // One lookup for several languages gives what Localize gives for each,
+  // whatever the list held before.
+  const std::vector<AQVString> languages = {"fr", "de", "French", "", "Klingon", "fr"};
+  std::vector<AQVString> texts = {"stale text longer than any answer", "x"};
+  for (const auto& [key, text] : cases) {
+    localizer->LocalizeEach(key, languages, texts);
+    ASSERT_EQ(texts.size(), languages.size()) << key;
+    for (std::size_t i = 0; i < languages.size(); ++i) {
+      EXPECT_EQ(texts[i], localizer->Localize(key, languages[i])) << key << " in " << languages[i];
+    }
+  }
+  localizer->LocalizeEach("Tray", {}, texts);
+  EXPECT_TRUE(texts.empty());
 }
 
 TEST(LocalizerTest, ATableIsReadWhenItsLanguageIsFirstAskedFor) {
