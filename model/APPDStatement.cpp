@@ -171,6 +171,43 @@ constexpr std::uint64_t BytesEqual(std::uint64_t word, char c) {
   return BytesBelow(word ^ (kEveryByte * static_cast<unsigned char>(c)), 1);
 }
 
+// A word read from `p`, which need not be aligned.
+template <class Word>
+Word Load(const char* p) {
+  Word word;
+  std::memcpy(&word, p, sizeof word);
+  return word;
+}
+
+// Whether any 8-byte word of `text` passes `hits`. The last bytes are read
+// as one word that overlaps bytes already tested (the tests ask whether any
+// byte matches, so bytes read twice do no harm); a text under 8 bytes is
+// read the same way from smaller loads and filled up with `padding`, which
+// must not pass. Fixed-size loads stay inline, where a copy of a variable
+// size would call the C library.
+template <class Hits>
+bool AnyWordHits(std::string_view text, Hits hits, unsigned char padding) {
+  const char* p = text.data();
+  const std::size_t size = text.size();
+  if (size >= 8) {
+    for (std::size_t i = 0; i + 8 <= size; i += 8) {
+      if (hits(Load<std::uint64_t>(p + i))) return true;
+    }
+    return size % 8 != 0 && hits(Load<std::uint64_t>(p + size - 8));
+  }
+  if (size == 0) return false;
+  std::uint64_t word;
+  if (size >= 4) {
+    word = Load<std::uint32_t>(p) | std::uint64_t{Load<std::uint32_t>(p + size - 4)} << 32;
+  } else {
+    word = kEveryByte * padding;
+    word = (word & ~std::uint64_t{0xFFFFFF}) | static_cast<unsigned char>(p[0]) |
+           std::uint64_t{static_cast<unsigned char>(p[size / 2])} << 8 |
+           std::uint64_t{static_cast<unsigned char>(p[size - 1])} << 16;
+  }
+  return hits(word);
+}
+
 // Whether any byte of `text` is one of `characters` or below `below`.
 template <std::size_t N>
 bool ContainsAny(std::string_view text, const char (&characters)[N], unsigned below = 0) {
@@ -179,25 +216,25 @@ bool ContainsAny(std::string_view text, const char (&characters)[N], unsigned be
     for (std::size_t c = 0; c + 1 < N; ++c) hit |= BytesEqual(word, characters[c]);
     return hit != 0;
   };
-  std::size_t i = 0;
-  for (; i + 8 <= text.size(); i += 8) {
-    std::uint64_t word;
-    std::memcpy(&word, text.data() + i, 8);
-    if (hits(word)) return true;
-  }
-  if (i == text.size()) return false;
-  // The last bytes, padded with bytes that match nothing: the characters
-  // are ASCII, and a byte with its high bit set is never below the limit.
-  std::uint64_t word = kHighBits;
-  std::memcpy(&word, text.data() + i, text.size() - i);
-  return hits(word);
+  // The characters are ASCII, and a byte with its high bit set is never
+  // below the limit: such bytes match nothing.
+  return AnyWordHits(text, hits, 0x80);
 }
 
 bool IsASCII(std::string_view bytes) {
-  for (const char c : bytes) {
-    if (static_cast<unsigned char>(c) >= 0x80) return false;
-  }
-  return true;
+  return !AnyWordHits(bytes, [](std::uint64_t word) { return (word & kHighBits) != 0; }, 'A');
+}
+
+// Whether every byte of `text` is printable ASCII other than the colon and
+// the slash: the rule of keywords.
+bool IsKeywordText(std::string_view text) {
+  return !AnyWordHits(
+      text,
+      [](std::uint64_t word) {
+        return (BytesBelow(word, 33) | (word & kHighBits) | BytesEqual(word, '\x7F') | BytesEqual(word, ':') |
+                BytesEqual(word, '/')) != 0;
+      },
+      'A');
 }
 
 // Positions of the scan are UTF-16 units; for ASCII text they equal byte
@@ -257,12 +294,7 @@ void EscapeStoredTranslation(AQVString& translation, bool escapeColons) {
 
 bool HasAngleBracket(std::string_view text) { return ContainsAny(text, "<>"); }
 
-bool HasLineBreak(std::string_view text) {
-  for (const char c : text) {
-    if (c == '\n' || c == '\r') return true;
-  }
-  return false;
-}
+bool HasLineBreak(std::string_view text) { return ContainsAny(text, "\n\r"); }
 
 // The character test as a table of the acceptable byte values.
 class CharacterRule {
@@ -288,10 +320,6 @@ class CharacterRule {
 };
 
 // The fixed rules of the statement parts, built once.
-const CharacterRule& KeywordRule() {
-  static const CharacterRule rule(33, 126, ":/\t\n\r ");
-  return rule;
-}
 const CharacterRule& OptionTranslationRule() {
   static const CharacterRule rule(32, 255, "\n\r:");
   return rule;
@@ -325,22 +353,16 @@ const CharacterRule& PlainMainTranslationRule() {
 // with something between them: the form of nearly every PostScript code, which
 // both escaping steps keep as a tag.
 bool IsOneDictionaryTag(std::string_view text) {
-  std::size_t opens = 0;
-  std::size_t closes = 0;
-  std::size_t firstOpen = 0;
-  std::size_t firstClose = 0;
-  bool ascii = true;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const auto c = static_cast<unsigned char>(text[i]);
-    ascii = ascii && c < 0x80;
-    if (c == '<') {
-      if (opens++ == 0) firstOpen = i;
-    } else if (c == '>') {
-      if (closes++ == 0) firstClose = i;
-    }
+  constexpr std::size_t npos = std::string_view::npos;
+  const std::size_t open = text.find('<');
+  if (open == npos || open + 1 >= text.size() || text[open + 1] != '<' || text.find('<', open + 2) != npos) {
+    return false;
   }
-  return ascii && opens == 2 && closes == 2 && text[firstOpen + 1] == '<' && text[firstClose + 1] == '>' &&
-         firstClose >= firstOpen + 3;
+  const std::size_t close = text.find('>');
+  if (close == npos || close + 1 >= text.size() || text[close + 1] != '>' || text.find('>', close + 2) != npos) {
+    return false;
+  }
+  return close >= open + 3 && IsASCII(text);
 }
 
 // Whether the stray-bracket escaping would change `text`.
@@ -368,7 +390,7 @@ bool CheckMainKeyword(std::string_view keyword, AError* error) {
   if (keyword.size() > kMaxKeywordBytes) {
     return messages::Report(error, messages::kMainKeywordTooLong, {AQVString(keyword)});
   }
-  if (!KeywordRule().Accepts(keyword)) {
+  if (!IsKeywordText(keyword)) {
     return messages::Report(error, messages::kMainKeywordInvalid, {AQVString(keyword)});
   }
   return true;
@@ -379,7 +401,7 @@ bool CheckOptionKeyword(std::string_view keyword, AError* error) {
   if (keyword.size() > kMaxKeywordBytes) {
     return messages::Report(error, messages::kOptionKeywordTooLong, {AQVString(keyword)});
   }
-  if (!KeywordRule().Accepts(keyword)) {
+  if (!IsKeywordText(keyword)) {
     return messages::Report(error, messages::kOptionKeywordInvalid, {AQVString(keyword)});
   }
   return true;
@@ -648,7 +670,7 @@ bool APPDStatement::AppendTranslationLines(std::string& out, std::string_view ke
   // LANGUAGE.KEYWORD passes when both parts do and it is short enough; the
   // option keyword is the same on every line. A line that may fail takes
   // the whole check, and so the same error.
-  const bool shared = !keyword.empty() && KeywordRule().Accepts(keyword) && CheckOptionKeyword(optionKeyword, nullptr);
+  const bool shared = !keyword.empty() && IsKeywordText(keyword) && CheckOptionKeyword(optionKeyword, nullptr);
   std::string fullKeyword;
   for (std::size_t i = 0; i < languages.size() && i < texts.size(); ++i) {
     const std::string& prefix = languages[i].UTF8();
@@ -657,7 +679,7 @@ bool APPDStatement::AppendTranslationLines(std::string& out, std::string_view ke
     std::memcpy(written, prefix.data(), prefix.size());
     written[prefix.size()] = '.';
     std::memcpy(written + prefix.size() + 1, keyword.data(), keyword.size());
-    const bool checked = shared && fullKeyword.size() <= kMaxKeywordBytes && KeywordRule().Accepts(prefix);
+    const bool checked = shared && fullKeyword.size() <= kMaxKeywordBytes && IsKeywordText(prefix);
     if (checked && AppendPlainTranslationLine(out, fullKeyword, optionKeyword, texts[i].UTF8())) continue;
     out += kRKPPDNewLine;
     if (!AppendStatement(out, fullKeyword, optionKeyword, texts[i].UTF8(), std::string_view(), kPPDQuotedValue,

@@ -330,6 +330,49 @@ TEST(StatementTest, WritesCommentLines) {
   }
 }
 
+// The byte tests read texts a word at a time, with short texts and the last
+// bytes read specially: every byte value at every position of texts around
+// the word size must be judged as the rule says.
+TEST(StatementTest, JudgesEveryByteAtEveryPositionOfShortAndLongParts) {
+  struct Part {
+    const char* name;
+    const char* message;
+    bool (*allowed)(unsigned char);
+  };
+  const Part parts[] = {
+      {"main keyword", "Main keyword contains invalid characters: ",
+       [](unsigned char b) { return b >= 33 && b <= 126 && b != ':' && b != '/'; }},
+      {"option keyword", "Option keyword contains invalid characters: ",
+       [](unsigned char b) { return b >= 33 && b <= 126 && b != ':' && b != '/'; }},
+      {"value translation", "Translation keyword contains invalid characters: ",
+       [](unsigned char b) { return b >= 32 || b == '\t'; }},
+  };
+  for (std::size_t part = 0; part < std::size(parts); ++part) {
+    for (const std::size_t length : {1, 2, 3, 4, 5, 7, 8, 9, 12, 15, 16, 17, 23, 24, 25, 40}) {
+      for (std::size_t position = 0; position < length; ++position) {
+        for (unsigned byte = 1; byte < 256; ++byte) {
+          std::string text(length, 'K');
+          text[position] = static_cast<char>(byte);
+          const std::string_view main = part == 0 ? std::string_view(text) : "Keyword";
+          const std::string_view option = part == 1 ? std::string_view(text) : "Option";
+          const std::string_view translation = part == 2 ? std::string_view(text) : "";
+          std::string out;
+          AError error;
+          const bool written =
+              APPDStatement::Append(out, main, option, "", "Value", kPPDStringValue, translation, &error);
+          const bool allowed = parts[part].allowed(static_cast<unsigned char>(byte));
+          ASSERT_EQ(written, allowed) << parts[part].name << ", length " << length << ", byte " << byte
+                                      << " at " << position;
+          if (!allowed) {
+            ASSERT_EQ(error.code, 4);
+            ASSERT_EQ(error.message.UTF8().rfind(parts[part].message, 0), 0u) << error.message.UTF8();
+          }
+        }
+      }
+    }
+  }
+}
+
 TEST(StatementTest, TestsCharacterRanges) {
   EXPECT_TRUE(APPDStatement::IsValidCharacters("a\tb\nc\rd e", 33, 126, ""));
   EXPECT_FALSE(APPDStatement::IsValidCharacters("a\x1f", 32, 255, ""));
