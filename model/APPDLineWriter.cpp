@@ -11,6 +11,7 @@ bool APPDLineWriter::AppendTranslationLines(std::string& result, const APPDLocal
                                             std::string_view keyword, std::string_view id,
                                             const std::vector<AQVString>& languages,
                                             AError* error) {
+  if (languages.empty()) return true;
   AError local;
   // Runs for every object of a document: the texts reuse one list per thread.
   thread_local std::vector<AQVString> texts;
