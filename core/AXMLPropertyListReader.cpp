@@ -1,8 +1,9 @@
 #include "core/AXMLPropertyListReader.h"
 
 #include <charconv>
-#include <iterator>
 #include <cstdint>
+#include <cstring>
+#include <iterator>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -22,7 +23,20 @@ constexpr int kMaxDepth = 64;
 // Integers of up to 18 digits fit a signed 64-bit value whatever they are.
 constexpr std::size_t kMaxIntegerDigits = 18;
 
-bool IsSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+// One test and a bit lookup per byte: the indentation of a property list is
+// most of its bytes.
+constexpr std::uint64_t kSpaceBits = (1ULL << ' ') | (1ULL << '\t') | (1ULL << '\n') | (1ULL << '\r');
+bool IsSpace(char c) {
+  const auto byte = static_cast<unsigned char>(c);
+  return byte <= ' ' && ((kSpaceBits >> byte) & 1) != 0;
+}
+
+// Whether `tag` is the name `name`; a comparison of a known size stays
+// inline, where one of a computed size calls the C library.
+template <std::size_t N>
+bool IsTag(std::string_view tag, const char (&name)[N]) {
+  return tag.size() == N - 1 && std::memcmp(tag.data(), name, N - 1) == 0;
+}
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
@@ -109,7 +123,11 @@ class Reader {
   }
 
   void SkipSpace() {
-    while (!AtEnd() && IsSpace(text_[position_])) ++position_;
+    const std::size_t size = text_.size();
+    const char* data = text_.data();
+    std::size_t i = position_;
+    while (i < size && IsSpace(data[i])) ++i;
+    position_ = i;
   }
 
   // White space and comments between elements.
@@ -293,7 +311,7 @@ class Reader {
       std::string_view tag;
       bool emptyKey = false;
       // libplist refuses "<key/>".
-      if (!ReadOpenTag(tag, emptyKey) || tag != "key" || emptyKey) return false;
+      if (!ReadOpenTag(tag, emptyKey) || !IsTag(tag, "key") || emptyKey) return false;
       AQVString key;
       if (!ReadString(tag, false, key)) return false;
       if (!SkipMisc()) return false;
@@ -319,19 +337,19 @@ class Reader {
     std::string_view tag;
     bool empty = false;
     if (!ReadOpenTag(tag, empty)) return false;
-    if (tag == "string") {
+    if (IsTag(tag, "string")) {
       AQVString text;
       if (!ReadString(tag, empty, text)) return false;
       out = AValue(std::move(text));
       return true;
     }
-    if (tag == "dict") return ReadDictionary(empty, depth, out);
-    if (tag == "array") return ReadArray(empty, depth, out);
-    if (tag == "integer") return !empty && ReadInteger(out);
-    if (tag == "real") return !empty && ReadReal(out);
-    if (tag == "true" || tag == "false") {
+    if (IsTag(tag, "dict")) return ReadDictionary(empty, depth, out);
+    if (IsTag(tag, "array")) return ReadArray(empty, depth, out);
+    if (IsTag(tag, "integer")) return !empty && ReadInteger(out);
+    if (IsTag(tag, "real")) return !empty && ReadReal(out);
+    if (IsTag(tag, "true") || IsTag(tag, "false")) {
       if (!empty) return false;
-      out = AValue(tag == "true");
+      out = AValue(IsTag(tag, "true"));
       return true;
     }
     return false;
