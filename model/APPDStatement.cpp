@@ -625,30 +625,30 @@ bool AppendStatement(std::string& out, std::string_view mainKeyword, std::string
 // Nearly every translation line is plain: a short text that no escaping
 // changes and no check stops at. Such a line is written here in one go,
 // as AppendStatement would write it; anything else is left to that.
-bool AppendPlainTranslationLine(std::string& out, std::string_view keyword, std::string_view optionKeyword,
+// `middle` is ".KEYWORD OPTION/" with a non-empty option keyword.
+bool AppendPlainTranslationLine(std::string& out, std::string_view language, std::string_view middle,
                                 std::string_view text) {
-  if (optionKeyword.empty() || text.empty() || text.size() > kMaxTranslationBytes ||
-      ContainsAny(text, "<>:", 32)) {
-    return false;
-  }
-  // "\n*KEYWORD OPTION/TEXT: \"\"", whose line must stay below the limit.
-  const std::size_t line = 1 + keyword.size() + 1 + optionKeyword.size() + 1 + text.size() + 4;
+  if (text.empty() || text.size() > kMaxTranslationBytes || ContainsAny(text, "<>:", 32)) return false;
+  // "\n*LANGUAGE.KEYWORD OPTION/TEXT: \"\"", whose line (without the line
+  // end) must stay below the limit: it fits a buffer of the limit's size.
+  const std::size_t line = 1 + language.size() + middle.size() + text.size() + 4;
   if (line >= kLineLimitBytes) return false;
-  const std::size_t base = out.size();
-  out.resize(base + 1 + line);
-  char* cursor = out.data() + base;
+  char buffer[kLineLimitBytes];
+  char* cursor = buffer;
   const auto put = [&cursor](std::string_view part) {
     std::memcpy(cursor, part.data(), part.size());
     cursor += part.size();
   };
   *cursor++ = *kRKPPDNewLine;
   *cursor++ = *kRKPPDAsterisk;
-  put(keyword);
-  *cursor++ = *kRKPPDSpace;
-  put(optionKeyword);
-  *cursor++ = *kRKPPDSlash;
+  put(language);
+  put(middle);
   put(text);
-  put(": \"\"");
+  *cursor++ = *kRKPPDColon;
+  *cursor++ = *kRKPPDSpace;
+  *cursor++ = *kRKPPDDoubleQuote;
+  *cursor++ = *kRKPPDDoubleQuote;
+  out.append(buffer, static_cast<std::size_t>(cursor - buffer));
   return true;
 }
 
@@ -671,16 +671,25 @@ bool APPDStatement::AppendTranslationLines(std::string& out, std::string_view ke
   // option keyword is the same on every line. A line that may fail takes
   // the whole check, and so the same error.
   const bool shared = !keyword.empty() && IsKeywordText(keyword) && CheckOptionKeyword(optionKeyword, nullptr);
+  // The part of a plain line that every language shares.
+  std::string middle;
+  if (shared && !optionKeyword.empty()) {
+    middle.reserve(keyword.size() + optionKeyword.size() + 3);
+    middle += '.';
+    middle += keyword;
+    middle += *kRKPPDSpace;
+    middle += optionKeyword;
+    middle += *kRKPPDSlash;
+  }
   std::string fullKeyword;
   for (std::size_t i = 0; i < languages.size() && i < texts.size(); ++i) {
     const std::string& prefix = languages[i].UTF8();
-    fullKeyword.resize(prefix.size() + 1 + keyword.size());
-    char* written = fullKeyword.data();
-    std::memcpy(written, prefix.data(), prefix.size());
-    written[prefix.size()] = '.';
-    std::memcpy(written + prefix.size() + 1, keyword.data(), keyword.size());
-    const bool checked = shared && fullKeyword.size() <= kMaxKeywordBytes && IsKeywordText(prefix);
-    if (checked && AppendPlainTranslationLine(out, fullKeyword, optionKeyword, texts[i].UTF8())) continue;
+    const bool checked =
+        shared && prefix.size() + 1 + keyword.size() <= kMaxKeywordBytes && IsKeywordText(prefix);
+    if (checked && !middle.empty() && AppendPlainTranslationLine(out, prefix, middle, texts[i].UTF8())) continue;
+    fullKeyword.assign(prefix);
+    fullKeyword += '.';
+    fullKeyword += keyword;
     out += kRKPPDNewLine;
     if (!AppendStatement(out, fullKeyword, optionKeyword, texts[i].UTF8(), std::string_view(), kPPDQuotedValue,
                          std::string_view(), checked, error)) {
