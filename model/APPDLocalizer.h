@@ -42,9 +42,6 @@ class APPDLocalizer : public IPPDLocalizer {
                                                                               const AQVString& tableName);
 
  private:
-  // The tables of one locale. Files are read when the locale is first
-  // asked for (a generation in English never reads the other languages);
-  // `index` maps every key to the text of the first table that holds it.
   // A key with its hash, so that one hash serves the tables of every language.
   struct HashedKey {
     std::string_view text;
@@ -63,6 +60,9 @@ class APPDLocalizer : public IPPDLocalizer {
   };
   using Index = std::unordered_map<std::string_view, const AQVString*, KeyHash, KeyEqual>;
 
+  // The tables of one locale. Files are read when the locale is first
+  // asked for (a generation in English never reads the other languages);
+  // `index` maps every key to the text of the first table that holds it.
   struct Locale {
     // Held while the pending tables are read, so that threads rendering
     // at once read each file once and different languages side by side.
