@@ -3,10 +3,11 @@
 // ten thousand small objects and frees few of them before the process ends;
 // the C library's allocator spends a sixth of the run on that. Once started,
 // every C++ allocation of the process is cut from one reserved region, each
-// thread from a block of its own; freeing gives memory back only when it is
-// the thread's latest allocation (a temporary), and the region goes with the
-// process. Programs that never start it (batch mode, the tests, sanitizer
-// builds, where it is not compiled in) allocate as usual.
+// thread from a block of its own. Freed memory is reused by the freeing
+// thread for allocations of the same size (or, when large, of any smaller
+// size), and the region goes with the process. Programs that never start it
+// (batch mode, the tests, sanitizer builds, where it is not compiled in)
+// allocate as usual.
 
 #include <cstddef>
 

@@ -35,8 +35,8 @@ constexpr const char* kDefaultLanguage = "en";
 // A generation's heap grows with its product file and with every language
 // of the PPD (a string table and a part of the text); these two measures,
 // fitted to the large and the inkjet examples, cover most of it.
-constexpr std::uintmax_t kHeapPerProductByte = 8;
-constexpr std::size_t kHeapPerLanguage = 300 << 10;
+constexpr std::uintmax_t kHeapPerProductByte = 6;
+constexpr std::size_t kHeapPerLanguage = 180 << 10;
 constexpr std::uintmax_t kLargestPrefault = 16 << 20;
 
 // About the heap that generating `product` in `languages` languages uses.
@@ -116,10 +116,9 @@ AGenerateCommand::AGenerateCommand(CLI::App& program) {
 
 bool AGenerateCommand::WasSelected() const { return command_->parsed(); }
 
-std::function<bool()> AGenerateCommand::IdleWork(AArena::Range heap) const {
+std::function<bool()> AGenerateCommand::IdleWork() const {
   // The string tables of the requested languages, which the writing needs
-  // right after the build, then the heap's pages. Even finding the tables
-  // is left to the helper.
+  // right after the build. Even finding them is left to the helper.
   std::vector<AQVString> languages{AQVString(mainLanguage_.empty() ? kDefaultLanguage : mainLanguage_)};
   for (const std::string& language : languages_) languages.emplace_back(language);
   struct Work {
@@ -127,9 +126,8 @@ std::function<bool()> AGenerateCommand::IdleWork(AArena::Range heap) const {
     std::vector<AQVString> languages;
     std::vector<std::filesystem::path> tables;
     std::size_t nextTable = 0;
-    std::function<bool()> heapSteps;
   };
-  auto work = std::make_shared<Work>(Work{bundles_, std::move(languages), {}, 0, AHeapPrefaulter::Steps(heap)});
+  auto work = std::make_shared<Work>(Work{bundles_, std::move(languages), {}, 0});
   return [work]() {
     if (!work->bundles.empty()) {
       for (const std::string& bundle : work->bundles) {
@@ -141,11 +139,8 @@ std::function<bool()> AGenerateCommand::IdleWork(AArena::Range heap) const {
       work->bundles.clear();
       return true;
     }
-    if (work->nextTable < work->tables.size()) {
-      IPPDLocalizer::ReadAhead(work->tables[work->nextTable++]);
-      return true;
-    }
-    return work->heapSteps && work->heapSteps();
+    if (work->nextTable < work->tables.size()) IPPDLocalizer::ReadAhead(work->tables[work->nextTable++]);
+    return work->nextTable < work->tables.size();
   };
 }
 
@@ -168,7 +163,9 @@ int AGenerateCommand::Run(std::ostream& out, std::ostream& err) {
   // The helpers start now, while the product is read, rather than when the
   // work is first shared among them.
   AWorkerPool::Shared().Reserve(std::thread::hardware_concurrency());
-  AWorkerPool::Shared().SetIdleWork(IdleWork(heap));
+  AWorkerPool::Shared().SetIdleWork(IdleWork());
+  // Only now, so that the helper starts meanwhile.
+  AHeapPrefaulter::FaultIn(heap);
   return Generate(products_.front(), output_, out, err, true);
 }
 

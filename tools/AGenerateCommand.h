@@ -40,8 +40,8 @@ class AGenerateCommand final : public ICommand {
   int Generate(const std::string& product, const std::string& output, std::ostream& out,
                std::ostream& err, bool alone) const;
   // What the pool's idle helper does during a single generation: it reads
-  // the requested languages' string tables ahead, then faults `heap` in.
-  std::function<bool()> IdleWork(AArena::Range heap) const;
+  // the requested languages' string tables ahead.
+  std::function<bool()> IdleWork() const;
 
   CLI::App* command_ = nullptr;
   std::vector<std::string> products_;
