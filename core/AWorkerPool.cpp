@@ -1,7 +1,6 @@
 #include "core/AWorkerPool.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace com_qv_print_driver_core_cpp_util_v1 {
 
@@ -72,58 +71,20 @@ void AWorkerPool::ForEach(std::size_t count, unsigned threads,
   job_.reset();
 }
 
-void AWorkerPool::SetIdleWork(std::function<bool()> step) {
-  {
-    std::lock_guard lock(mutex_);
-    idle_ = std::move(step);
-    idleGeneration_.fetch_add(1, std::memory_order_release);
-  }
-  wake_.notify_one();
-}
-
 void AWorkerPool::HelperLoop() {
   std::uint64_t seen = 0;
   for (;;) {
     std::shared_ptr<Job> job;
-    std::function<bool()> idle;
-    std::uint64_t idleSeen = 0;
     {
       std::unique_lock lock(mutex_);
       wake_.wait(lock, [&] {
-        return generation_.load(std::memory_order_relaxed) != seen ||
-               stopping_.load(std::memory_order_relaxed) || idle_ != nullptr;
+        return generation_.load(std::memory_order_relaxed) != seen || stopping_.load(std::memory_order_relaxed);
       });
       if (stopping_.load(std::memory_order_relaxed)) return;
-      if (generation_.load(std::memory_order_relaxed) != seen) {
-        seen = generation_.load(std::memory_order_relaxed);
-        job = job_;
-      } else {
-        idle = std::exchange(idle_, nullptr);
-        idleSeen = idleGeneration_.load(std::memory_order_relaxed);
-      }
+      seen = generation_.load(std::memory_order_relaxed);
+      job = job_;
     }
-    if (idle != nullptr) {
-      RunIdleWork(idle, seen, idleSeen);
-    } else if (job != nullptr && job->seats.fetch_sub(1) > 0) {
-      Work(*job);
-    }
-  }
-}
-
-void AWorkerPool::RunIdleWork(std::function<bool()>& step, std::uint64_t seen,
-                              std::uint64_t idleSeen) {
-  while (step()) {
-    // Newer idle work replaces this one.
-    if (idleGeneration_.load(std::memory_order_acquire) != idleSeen) return;
-    if (generation_.load(std::memory_order_acquire) == seen &&
-        !stopping_.load(std::memory_order_acquire)) {
-      continue;
-    }
-    // A call's tasks (or the end) came first; the rest waits for the next
-    // idle moment unless newer idle work replaced it meanwhile.
-    std::lock_guard lock(mutex_);
-    if (idleGeneration_.load(std::memory_order_relaxed) == idleSeen) idle_ = std::move(step);
-    return;
+    if (job != nullptr && job->seats.fetch_sub(1) > 0) Work(*job);
   }
 }
 

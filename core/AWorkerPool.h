@@ -39,12 +39,6 @@ class AWorkerPool {
   // caller alone. `task` must not throw.
   void ForEach(std::size_t count, unsigned threads, const std::function<void(std::size_t)>& task);
 
-  // Background work for idle helpers: while no call's tasks wait, one helper
-  // calls step() again and again until it returns false. A call's tasks wait
-  // for the step under way, so a step should be short (tens of microseconds).
-  // Replaces idle work not yet finished; without helpers it never runs.
-  void SetIdleWork(std::function<bool()> step);
-
  private:
   struct Job {
     const std::function<void(std::size_t)>* task = nullptr;
@@ -57,17 +51,12 @@ class AWorkerPool {
 
   static void Work(Job& job);
   void HelperLoop();
-  // Runs idle steps until the work is done or a call's tasks arrive.
-  void RunIdleWork(std::function<bool()>& step, std::uint64_t seen, std::uint64_t idleSeen);
 
   std::mutex submit_;
   std::mutex mutex_;
   std::condition_variable wake_;
   std::vector<std::thread> helpers_;
   std::shared_ptr<Job> job_;
-  std::function<bool()> idle_;
-  // Counts SetIdleWork calls, so that a helper sees its work replaced.
-  std::atomic<std::uint64_t> idleGeneration_{0};
   std::atomic<std::uint64_t> generation_{0};
   std::atomic<bool> stopping_{false};
 };

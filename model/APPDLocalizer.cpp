@@ -2,11 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <condition_variable>
 #include <cstring>
 #include <fstream>
 #include <iterator>
-#include <map>
 #include <mutex>
 #include <optional>
 #include <shared_mutex>
@@ -98,43 +96,6 @@ bool ReadTable(const std::filesystem::path& url, Entries& entries) {
   return ReadFileBytes(url, bytes) && AStringsTable::ParseEntries(bytes, entries);
 }
 
-// Tables read ahead of use (IPPDLocalizer::ReadAhead). A file is read at
-// most once this way: a localizer that needs a file being read waits for it
-// rather than reading it too, and a file that a localizer has taken or read
-// itself is not read ahead again.
-struct ReadAheadStore {
-  enum class State { kReading, kReady, kDone };
-  struct Slot {
-    State state = State::kReading;
-    Entries entries;
-  };
-  std::mutex mutex;
-  std::condition_variable changed;
-  std::map<std::filesystem::path, Slot> tables;
-};
-
-ReadAheadStore& TablesReadAhead() {
-  static ReadAheadStore store;
-  return store;
-}
-
-bool TakeReadAhead(const std::filesystem::path& url, Entries& entries) {
-  using State = ReadAheadStore::State;
-  ReadAheadStore& store = TablesReadAhead();
-  std::unique_lock lock(store.mutex);
-  const auto [slot, added] = store.tables.try_emplace(url);
-  if (added) {
-    slot->second.state = State::kDone;
-    return false;
-  }
-  store.changed.wait(lock, [&slot = slot->second] { return slot.state != State::kReading; });
-  if (slot->second.state != State::kReady) return false;
-  entries = std::move(slot->second.entries);
-  slot->second.entries = Entries();
-  slot->second.state = State::kDone;
-  return true;
-}
-
 }  // namespace
 
 IPPDLocalizer* IPPDLocalizer::Create() { return CreateSharedObject<APPDLocalizer>(); }
@@ -147,41 +108,6 @@ AQVString IPPDLocalizer::GetLocaleID(const AQVString& language) {
 AQVString IPPDLocalizer::GetLocalizationName(const AQVString& localeID) {
   static NameCache cache;
   return cache.Get(localeID, ComputeLocalizationName);
-}
-
-std::vector<std::filesystem::path> IPPDLocalizer::TablesForLanguages(const AQVString& bundlePath,
-                                                                     const AQVString& tableName,
-                                                                     const std::vector<AQVString>& languages) {
-  std::vector<std::filesystem::path> files;
-  if (bundlePath.IsEmpty()) return files;
-  const std::optional<ABundle> bundle = ABundle::Open(std::filesystem::path(bundlePath.UTF8()));
-  if (!bundle) return files;
-  std::vector<AQVString> wanted;
-  wanted.reserve(languages.size());
-  for (const AQVString& language : languages) wanted.push_back(GetLocaleID(language));
-  for (auto& [localeID, url] : APPDLocalizer::BundleTables(*bundle, tableName)) {
-    if (std::find(wanted.begin(), wanted.end(), localeID) != wanted.end()) files.push_back(std::move(url));
-  }
-  return files;
-}
-
-void IPPDLocalizer::ReadAhead(const std::filesystem::path& path) {
-  using State = ReadAheadStore::State;
-  ReadAheadStore& store = TablesReadAhead();
-  {
-    std::lock_guard lock(store.mutex);
-    if (!store.tables.try_emplace(path).second) return;
-  }
-  Entries entries;
-  const bool read = ReadTable(path, entries);
-  {
-    std::lock_guard lock(store.mutex);
-    ReadAheadStore::Slot& slot = store.tables.find(path)->second;
-    // A file that is no table is left to the localizer, which skips it.
-    slot.state = read ? State::kReady : State::kDone;
-    if (read) slot.entries = std::move(entries);
-  }
-  store.changed.notify_all();
 }
 
 APPDLocalizer::APPDLocalizer() : current_(tables_.end()) { Initialize(); }
@@ -273,7 +199,7 @@ void APPDLocalizer::ReadPending(Locale& locale) {
   if (locale.pending.empty()) return;
   for (const std::filesystem::path& url : locale.pending) {
     Entries entries;
-    if (!TakeReadAhead(url, entries) && !ReadTable(url, entries)) continue;
+    if (!ReadTable(url, entries)) continue;
     locale.tables.push_back(std::move(entries));
     // Earlier tables win over later ones, and within a table the last entry
     // of a key wins: the entries are indexed backwards, first come first kept.

@@ -49,19 +49,6 @@ class IPPDLocalizer {
   // "zh_CN" gives "Chinese_Simplified", "zh_TW" "Chinese_Traditional";
   // otherwise the English display name, or "English". Thread-safe.
   static AQVString GetLocalizationName(const AQVString& localeID);
-
-  // The files that LoadStrings would queue from the bundle at `bundlePath`
-  // for any of `languages` (names or identifiers); empty when the path is
-  // not a bundle.
-  static std::vector<std::filesystem::path> TablesForLanguages(const AQVString& bundlePath,
-                                                               const AQVString& tableName,
-                                                               const std::vector<AQVString>& languages);
-  // Reads the table file `path` ahead of use into a store of the process;
-  // the first localizer to use that file takes it from there (waiting while
-  // it is being read) rather than reading it. For a program's idle thread.
-  // Thread-safe. Does nothing for a file read ahead or used before; a file
-  // that cannot be read or parsed is left to the localizer.
-  static void ReadAhead(const std::filesystem::path& path);
 };
 
 // The system print framework's bundle, loaded first by every localizer (it

@@ -1,7 +1,5 @@
 #include "tools/AGenerateCommand.h"
 
-#include "core/AWorkerPool.h"
-
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
@@ -11,11 +9,9 @@
 #include <filesystem>
 #include <ostream>
 #include <system_error>
-#include <thread>
 #include <utility>
 
 #include "core/AError.h"
-#include "model/IPPDLocalizer.h"
 #include "model/RKPPDConstants.h"
 #include "facade/APlistProductInfo.h"
 #include "facade/ARKPPDConcreteGenerator.h"
@@ -116,34 +112,6 @@ AGenerateCommand::AGenerateCommand(CLI::App& program) {
 
 bool AGenerateCommand::WasSelected() const { return command_->parsed(); }
 
-std::function<bool()> AGenerateCommand::IdleWork() const {
-  // The string tables of the requested languages, which the writing needs
-  // right after the build. Even finding them is left to the helper.
-  std::vector<AQVString> languages{AQVString(mainLanguage_.empty() ? kDefaultLanguage : mainLanguage_)};
-  for (const std::string& language : languages_) languages.emplace_back(language);
-  struct Work {
-    std::vector<std::string> bundles;
-    std::vector<AQVString> languages;
-    std::vector<std::filesystem::path> tables;
-    std::size_t nextTable = 0;
-  };
-  auto work = std::make_shared<Work>(Work{bundles_, std::move(languages), {}, 0});
-  return [work]() {
-    if (!work->bundles.empty()) {
-      for (const std::string& bundle : work->bundles) {
-        for (std::filesystem::path& table :
-             IPPDLocalizer::TablesForLanguages(AQVString(bundle), AQVString(), work->languages)) {
-          work->tables.push_back(std::move(table));
-        }
-      }
-      work->bundles.clear();
-      return true;
-    }
-    if (work->nextTable < work->tables.size()) IPPDLocalizer::ReadAhead(work->tables[work->nextTable++]);
-    return work->nextTable < work->tables.size();
-  };
-}
-
 int AGenerateCommand::Run(std::ostream& out, std::ostream& err) {
   std::error_code ignored;
   if (products_.size() > 1 || (!output_.empty() && std::filesystem::is_directory(output_, ignored))) {
@@ -158,14 +126,9 @@ int AGenerateCommand::Run(std::ostream& out, std::ostream& err) {
     };
     return ABatchGenerate::Run(products_, output_, one, err, ABatchGenerate::IsTerminal(err));
   }
-  // The arena first: every thread allocates from it once it has started.
-  const AArena::Range heap = AArena::Start(ExpectedHeap(products_.front(), languages_.size()));
-  // The helpers start now, while the product is read, rather than when the
-  // work is first shared among them.
-  AWorkerPool::Shared().Reserve(std::thread::hardware_concurrency());
-  AWorkerPool::Shared().SetIdleWork(IdleWork());
-  // Only now, so that the helper starts meanwhile.
-  AHeapPrefaulter::FaultIn(heap);
+  // One generation runs on this thread alone: here a helper thread cost more
+  // to start and to wake than it saved (bench/README.md, "The memory round").
+  AHeapPrefaulter::FaultIn(AArena::Start(ExpectedHeap(products_.front(), languages_.size())));
   return Generate(products_.front(), output_, out, err, true);
 }
 
@@ -210,7 +173,6 @@ int AGenerateCommand::Generate(const std::string& productPath, const std::string
       }
       engine->SetSupportedLocales(locales);
     }
-    if (alone && engine->GetPPD() != nullptr) engine->GetPPD()->SetRenderThreads(std::thread::hardware_concurrency());
   }
 
   // A success of the build phases may leave an error of a skipped

@@ -4,11 +4,9 @@
 // one product description, or of several into the directory OUTPUT
 // (tools/ABatchGenerate.h).
 
-#include <functional>
 #include <string>
 #include <vector>
 
-#include "tools/AArena.h"
 #include "tools/ICommand.h"
 
 namespace CLI {
@@ -34,14 +32,11 @@ class AGenerateCommand final : public ICommand {
 
  private:
   // One product into `output` (a file; `out` when empty), as Run describes.
-  // `alone`: the only generation of the process, which then writes the
-  // document on all cores and keeps it in memory until the process ends (a
-  // batch already uses every core, and frees each product as it goes).
+  // `alone`: the only generation of the process, which then keeps the
+  // document in memory until the process ends (a batch frees each product
+  // as it goes).
   int Generate(const std::string& product, const std::string& output, std::ostream& out,
                std::ostream& err, bool alone) const;
-  // What the pool's idle helper does during a single generation: it reads
-  // the requested languages' string tables ahead.
-  std::function<bool()> IdleWork() const;
 
   CLI::App* command_ = nullptr;
   std::vector<std::string> products_;

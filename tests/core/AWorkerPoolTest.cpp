@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <chrono>
 #include <cstddef>
 #include <thread>
 #include <vector>
@@ -39,52 +38,6 @@ TEST(AWorkerPool, CallsFromTasksAndFromOtherThreadsRunOnTheirCaller) {
   own.ForEach(100, 3, [&](std::size_t) { ++runs; });
   EXPECT_EQ(runs.load(), 100);
   EXPECT_EQ(own.Threads(), 3u);
-}
-
-// Waits (up to a few seconds) until `done` holds.
-template <class Done>
-bool Eventually(Done done) {
-  for (int i = 0; i < 5000 && !done(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  return done();
-}
-
-TEST(AWorkerPool, IdleWorkRunsBetweenCallsUntilItIsDoneOrReplaced) {
-  // Declared before the pool, which they outlive.
-  std::atomic<int> steps{0}, runs{0}, endless{0}, replaced{0}, never{0};
-  std::atomic<bool> release{false};
-  AWorkerPool pool;
-  pool.Reserve(2);
-  // Each step waits for the test, so that calls meet a step under way.
-  pool.SetIdleWork([&] {
-    while (!release.load()) std::this_thread::yield();
-    return ++steps < 50;
-  });
-  std::thread releaser([&] {
-    std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    release = true;
-  });
-  pool.ForEach(100, 2, [&](std::size_t) { ++runs; });
-  releaser.join();
-  EXPECT_EQ(runs.load(), 100);
-  ASSERT_TRUE(Eventually([&] { return steps.load() == 50; }));
-
-  // Work that never finishes by itself gives way to calls and to newer work.
-  pool.SetIdleWork([&] { return ++endless > 0; });
-  ASSERT_TRUE(Eventually([&] { return endless.load() > 10; }));
-  pool.ForEach(100, 2, [&](std::size_t) { ++runs; });
-  EXPECT_EQ(runs.load(), 200);
-  pool.SetIdleWork([&] { return ++replaced < 3; });
-  ASSERT_TRUE(Eventually([&] { return replaced.load() == 3; }));
-  const int frozen = endless.load();
-  std::this_thread::sleep_for(std::chrono::milliseconds(5));
-  EXPECT_EQ(endless.load(), frozen);
-  EXPECT_EQ(steps.load(), 50);
-
-  // Without helpers it never runs; the pool ends with work left.
-  AWorkerPool alone;
-  alone.SetIdleWork([&] { return ++never > 0; });
-  alone.ForEach(10, 1, [&](std::size_t) { ++runs; });
-  EXPECT_EQ(never.load(), 0);
 }
 
 }  // namespace

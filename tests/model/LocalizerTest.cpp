@@ -98,38 +98,6 @@ TEST(LocalizerTest, ATableIsReadWhenItsLanguageIsFirstAskedFor) {
   EXPECT_EQ(localizer->Localize("Tray", "de"), AQVString("Fach"));
 }
 
-TEST(LocalizerTest, TablesReadAheadAreTakenOnceInsteadOfTheFile) {
-  TestBundle bundle;
-  bundle.WriteTable("de", "\"Tray\" = \"Fach\";\n");
-  bundle.WriteTable("French", "\"Tray\" = \"Bac\";\n");
-  bundle.WriteTable("ja", "\"Tray\" = \"トレイ\";\n");
-  // Names and identifiers alike; a language without a table adds nothing.
-  const std::vector<std::filesystem::path> tables =
-      IPPDLocalizer::TablesForLanguages(bundle.Path(), AQVString(), {"fr", "German", "it"});
-  ASSERT_EQ(tables.size(), 2U);
-  EXPECT_EQ(tables[0].parent_path().filename(), "French.lproj");
-  EXPECT_EQ(tables[1].parent_path().filename(), "de.lproj");
-  EXPECT_TRUE(IPPDLocalizer::TablesForLanguages("/nonexistent/ppdforge", AQVString(), {"fr"}).empty());
-
-  for (const std::filesystem::path& table : tables) IPPDLocalizer::ReadAhead(table);
-  // What was read ahead wins over the file as it stands now, for the first
-  // localizer only.
-  bundle.WriteTable("de", "\"Tray\" = \"Schacht\";\n");
-  bundle.WriteTable("French", "\"Tray\" = \"Magasin\";\n");
-  AScopedRef<IPPDLocalizer> first(MakeLocalizer(bundle));
-  EXPECT_EQ(first->Localize("Tray", "de"), AQVString("Fach"));
-  EXPECT_EQ(first->Localize("Tray", "fr"), AQVString("Bac"));
-  EXPECT_EQ(first->Localize("Tray", "ja"), AQVString("トレイ"));
-  AScopedRef<IPPDLocalizer> second(MakeLocalizer(bundle));
-  EXPECT_EQ(second->Localize("Tray", "de"), AQVString("Schacht"));
-  EXPECT_EQ(second->Localize("Tray", "fr"), AQVString("Magasin"));
-  // A file that is no table is not kept: the localizer skips it as before.
-  bundle.WriteTable("it", "\"Tray\" = ");
-  IPPDLocalizer::ReadAhead(IPPDLocalizer::TablesForLanguages(bundle.Path(), AQVString(), {"it"}).at(0));
-  AScopedRef<IPPDLocalizer> third(MakeLocalizer(bundle));
-  EXPECT_EQ(third->Localize("Tray", "it"), AQVString("Tray"));
-}
-
 TEST(LocalizerTest, TablesAddedLaterAreFoundForALanguageAskedBefore) {
   TestBundle first;
   first.WriteTable("fr", "\"Tray\" = \"Bac\";\n");
