@@ -26,8 +26,8 @@ bool AHeapPrefaulter::FaultIn(AArena::Range range) {
   const std::uintptr_t begin = reinterpret_cast<std::uintptr_t>(range.begin) & ~(page - 1);
   const std::uintptr_t end = reinterpret_cast<std::uintptr_t>(range.end) & ~(page - 1);
   if (begin >= end) return false;
-  // Other threads may already use some of these pages: populating leaves
-  // their contents alone.
+  // Populating leaves what the pages hold alone, so memory already cut
+  // from the range stays as it is.
   return madvise(reinterpret_cast<void*>(begin), end - begin, MADV_POPULATE_WRITE) == 0;
 }
 
